@@ -1,0 +1,37 @@
+# What every target of this project shares: warnings as errors and include paths written from src/.
+add_library(axlink2_options INTERFACE)
+target_include_directories(axlink2_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+# Boost.Thread without its interruption points is header-only.
+target_compile_definitions(axlink2_options INTERFACE BOOST_THREAD_DONT_PROVIDE_INTERRUPTIONS)
+target_compile_options(axlink2_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # g++ 12 takes joined std::strings for overlapping copies.
+    target_compile_options(axlink2_options INTERFACE -Wno-restrict)
+endif()
+
+option(AXLINK2_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+if(AXLINK2_SANITIZE)
+    target_compile_options(
+        axlink2_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                  -fno-omit-frame-pointer)
+    target_link_options(axlink2_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# axlink2_room(NAME SOURCES... [LINK targets...]): one room of the module, compiled once.
+function(axlink2_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} OBJECT ${ROOM_SOURCES})
+    target_link_libraries(${name} PUBLIC axlink2_options Boost::headers ${ROOM_LINK})
+    set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden
+                                             VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# axlink2_test(NAME SOURCES... [LINK targets...]): one executable and one ctest entry per room.
+function(axlink2_test name)
+    cmake_parse_arguments(TEST "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${TEST_SOURCES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE axlink2_options GTest::gtest GTest::gtest_main
+                                          ${TEST_LINK})
+    add_test(NAME ${name} COMMAND ${name})
+endfunction()

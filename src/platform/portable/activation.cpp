@@ -1,0 +1,192 @@
+// Class objects, from the process or from shared libraries, and the objects that they make.
+#include "platform/portable/activation.h"
+
+#include "platform/holders.h"
+#include "platform/portable/apartment.h"
+#include "platform/portable/class_registration.h"
+#include "platform/portable/system.h"
+#include "platform/shared_library.h"
+
+#include <map>
+#include <mutex>
+
+namespace {
+
+using platform::ComPtr;
+
+struct RegisteredClass {
+    CLSID clsid{};
+    ComPtr<IUnknown> object;
+    DWORD context = 0;
+    bool singleUse = false;
+};
+
+struct RegisteredClasses {
+    std::mutex mutex;
+    std::map<DWORD, RegisteredClass> byCookie;
+    DWORD lastCookie = 0;
+};
+
+RegisteredClasses& registeredClasses() {
+    static RegisteredClasses classes;
+    return classes;
+}
+
+using GetClassObjectFunction = HRESULT(REFCLSID, REFIID, void**);
+
+// The class object that the process itself offers, if any. One for single use goes away with it.
+ComPtr<IUnknown> findRegistered(REFCLSID clsid, DWORD context) {
+    RegisteredClasses& classes = registeredClasses();
+    const std::lock_guard lock(classes.mutex);
+    for (auto& [cookie, entry] : classes.byCookie) {
+        if (entry.clsid == clsid && (entry.context & context) != 0 && entry.object.get()) {
+            return entry.singleUse ? std::move(entry.object) : entry.object;
+        }
+    }
+    return {};
+}
+
+// The entry point of a server's library, which is then loaded for good: objects of it may outlive
+// whatever could be counted.
+HRESULT findEntryPoint(const platform::OleString& file, GetClassObjectFunction** function) {
+    static std::mutex mutex;
+    static std::map<platform::OleString, GetClassObjectFunction*> loaded;
+    const std::lock_guard lock(mutex);
+    if (const auto known = loaded.find(file); known != loaded.end()) {
+        *function = known->second;
+        return S_OK;
+    }
+    platform::SharedLibrary library(platform::toNarrow(file));
+    if (!library) {
+        return HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND);
+    }
+    *function = library.find<GetClassObjectFunction>("DllGetClassObject");
+    if (!*function) {
+        return CO_E_DLLNOTFOUND;
+    }
+    loaded.emplace(file, *function);
+    library.keep();
+    return S_OK;
+}
+
+HRESULT checkServer(const COSERVERINFO* server) {
+    return server && server->pwszName && *server->pwszName
+               ? HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE)
+               : S_OK;
+}
+
+} // namespace
+
+extern "C" {
+
+HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, COSERVERINFO* server, REFIID iid,
+                         void** object) {
+    if (!object) {
+        return E_INVALIDARG;
+    }
+    *object = nullptr;
+    if (!platform::isComInitialized()) {
+        return CO_E_NOTINITIALIZED;
+    }
+    if (context == 0) {
+        return E_UNEXPECTED;
+    }
+    if (const HRESULT hr = checkServer(server); FAILED(hr)) {
+        return hr;
+    }
+    if (const ComPtr<IUnknown> registered = findRegistered(clsid, context)) {
+        return registered->QueryInterface(iid, object);
+    }
+    const auto library =
+        (context & CLSCTX_INPROC_SERVER) != 0
+            ? platform::readClassText(platform::classKeyPath(clsid) + OLESTR("\\InprocServer32"))
+            : std::nullopt;
+    if (!library) {
+        return REGDB_E_CLASSNOTREG;
+    }
+    GetClassObjectFunction* getClassObject = nullptr;
+    if (const HRESULT hr = findEntryPoint(*library, &getClassObject); FAILED(hr)) {
+        return hr;
+    }
+    return getClassObject(clsid, iid, object);
+}
+
+HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid,
+                         void** object) {
+    if (!object) {
+        return E_POINTER;
+    }
+    *object = nullptr;
+    ComPtr<IClassFactory> factory;
+    const HRESULT hr =
+        CoGetClassObject(clsid, context, nullptr, IID_IClassFactory, factory.putVoid());
+    if (FAILED(hr)) {
+        return hr;
+    }
+    return factory.get() ? factory->CreateInstance(outer, iid, object) : E_UNEXPECTED;
+}
+
+HRESULT CoCreateInstanceEx(REFCLSID clsid, IUnknown* outer, DWORD context, COSERVERINFO* server,
+                           DWORD count, MULTI_QI* results) {
+    if (count == 0 || !results) {
+        return E_INVALIDARG;
+    }
+    for (DWORD i = 0; i < count; ++i) {
+        if (!results[i].pIID || results[i].pItf) {
+            return E_INVALIDARG;
+        }
+        results[i].hr = E_NOINTERFACE;
+    }
+    HRESULT hr = platform::isComInitialized() ? checkServer(server) : CO_E_NOTINITIALIZED;
+    ComPtr<IUnknown> object;
+    if (SUCCEEDED(hr)) {
+        hr = CoCreateInstance(clsid, outer, context, IID_IUnknown, object.putVoid());
+    }
+    if (SUCCEEDED(hr) && !object.get()) {
+        hr = E_UNEXPECTED;
+    }
+    DWORD found = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        results[i].hr = FAILED(hr)
+                            ? hr
+                            : object->QueryInterface(*results[i].pIID,
+                                                     reinterpret_cast<void**>(&results[i].pItf));
+        found += SUCCEEDED(results[i].hr) ? 1 : 0;
+    }
+    if (FAILED(hr) || found == count) {
+        return hr;
+    }
+    return found > 0 ? CO_S_NOTALLINTERFACES : E_NOINTERFACE;
+}
+
+HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* object, DWORD context, DWORD flags,
+                              DWORD* cookie) {
+    if (!object || !cookie || context == 0) {
+        return E_INVALIDARG;
+    }
+    *cookie = 0;
+    if (!platform::isComInitialized()) {
+        return CO_E_NOTINITIALIZED;
+    }
+    RegisteredClasses& classes = registeredClasses();
+    const std::lock_guard lock(classes.mutex);
+    const bool singleUse = (flags & (REGCLS_MULTIPLEUSE | REGCLS_MULTI_SEPARATE)) == 0;
+    classes.byCookie[++classes.lastCookie] = {clsid, ComPtr<IUnknown>::borrow(object), context,
+                                              singleUse};
+    *cookie = classes.lastCookie;
+    return S_OK;
+}
+
+HRESULT CoRevokeClassObject(DWORD cookie) {
+    RegisteredClasses& classes = registeredClasses();
+    RegisteredClass revoked; // released after the lock, as it may come back here
+    const std::lock_guard lock(classes.mutex);
+    const auto found = classes.byCookie.find(cookie);
+    if (found == classes.byCookie.end()) {
+        return E_INVALIDARG;
+    }
+    revoked = std::move(found->second);
+    classes.byCookie.erase(found);
+    return S_OK;
+}
+}

@@ -1,0 +1,96 @@
+// Release and copy of array elements, one rule per kind of ownership.
+#include "platform/portable/safearray_elements.h"
+
+#include "platform/portable/bstr.h"
+#include "platform/portable/variant.h"
+
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+constexpr ULONG sizes[] = {0,  0, 2,  4, 4, 8, 8, 8, 8, 8, 4, 2,
+                           24, 8, 16, 0, 1, 1, 2, 4, 8, 8, 4, 4};
+
+void releaseElement(BSTR& text) { SysFreeString(text); }
+void releaseElement(IUnknown*& object) {
+    if (object) object->Release();
+}
+void releaseElement(VARIANT& value) { VariantClear(&value); }
+
+HRESULT copyElement(BSTR& target, const BSTR& source) {
+    target = SysAllocStringByteLen(reinterpret_cast<const char*>(source), SysStringByteLen(source));
+    return target ? S_OK : E_OUTOFMEMORY;
+}
+HRESULT copyElement(IUnknown*& target, IUnknown* const& source) {
+    target = source;
+    if (target) target->AddRef();
+    return S_OK;
+}
+HRESULT copyElement(VARIANT& target, const VARIANT& source) {
+    VariantInit(&target);
+    return VariantCopy(&target, &source);
+}
+
+template <class Element>
+void releaseAll(void* first, std::size_t count) {
+    auto* elements = static_cast<Element*>(first);
+    for (std::size_t i = 0; i != count; ++i)
+        releaseElement(elements[i]);
+}
+
+template <class Element>
+HRESULT copyAll(void* target, const void* source, std::size_t count) {
+    auto* to = static_cast<Element*>(target);
+    auto* from = static_cast<const Element*>(source);
+    for (std::size_t i = 0; i != count; ++i) {
+        if (const HRESULT result = copyElement(to[i], from[i]); FAILED(result)) {
+            releaseAll<Element>(target, i);
+            std::memset(target, 0, count * sizeof(Element));
+            return result;
+        }
+    }
+    return S_OK;
+}
+
+} // namespace
+
+ULONG elementSize(VARTYPE vt) noexcept {
+    if (vt == VT_INT_PTR || vt == VT_UINT_PTR) return sizeof(INT_PTR);
+    return vt < std::size(sizes) ? sizes[vt] : 0;
+}
+
+USHORT elementFeatures(VARTYPE vt) noexcept {
+    switch (vt) {
+    case VT_BSTR:
+        return FADF_BSTR;
+    case VT_UNKNOWN:
+        return FADF_UNKNOWN;
+    case VT_DISPATCH:
+        return FADF_DISPATCH;
+    case VT_VARIANT:
+        return FADF_VARIANT;
+    default:
+        return 0;
+    }
+}
+
+void releaseElements(const SAFEARRAY& array, void* first, std::size_t count) noexcept {
+    if (array.fFeatures & FADF_BSTR)
+        releaseAll<BSTR>(first, count);
+    else if (array.fFeatures & (FADF_UNKNOWN | FADF_DISPATCH))
+        releaseAll<IUnknown*>(first, count);
+    else if (array.fFeatures & FADF_VARIANT)
+        releaseAll<VARIANT>(first, count);
+    std::memset(first, 0, count * array.cbElements);
+}
+
+HRESULT copyElements(const SAFEARRAY& array, void* target, const void* source,
+                     std::size_t count) noexcept {
+    if (array.fFeatures & FADF_BSTR) return copyAll<BSTR>(target, source, count);
+    if (array.fFeatures & (FADF_UNKNOWN | FADF_DISPATCH))
+        return copyAll<IUnknown*>(target, source, count);
+    if (array.fFeatures & FADF_VARIANT) return copyAll<VARIANT>(target, source, count);
+    std::memcpy(target, source, count * array.cbElements);
+    return S_OK;
+}

@@ -1,0 +1,38 @@
+// A shared library, held open.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace platform {
+
+// Opens a library and finds its symbols; closes it at the end of the holder unless it was kept.
+class SharedLibrary {
+  public:
+    SharedLibrary() = default;
+    // Opens the library. On failure the holder is empty and error() says why.
+    explicit SharedLibrary(const std::filesystem::path& file);
+    SharedLibrary(SharedLibrary&& other) noexcept;
+    SharedLibrary& operator=(SharedLibrary&& other) noexcept;
+    ~SharedLibrary();
+
+    explicit operator bool() const { return handle_ != nullptr; }
+    const std::string& error() const { return error_; }
+
+    // The address of a symbol; null when there is none, or the holder is empty.
+    template <class Function>
+    Function* find(const char* name) const {
+        return reinterpret_cast<Function*>(findAddress(name));
+    }
+
+    // Leaves the library loaded to the end of the process.
+    void keep() { handle_ = nullptr; }
+
+  private:
+    void* findAddress(const char* name) const;
+
+    void* handle_ = nullptr;
+    std::string error_;
+};
+
+} // namespace platform

@@ -1,0 +1,243 @@
+// .reg files and the registry read back from them.
+#include "platform/com.h"
+#include "platform/registry_files.h"
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <vector>
+
+namespace platform {
+namespace {
+
+const std::string header = "Windows Registry Editor Version 5.00\r\n\r\n";
+
+class Registry : public testing::Test {
+  protected:
+    void SetUp() override {
+        clearRegistry();
+        std::filesystem::create_directories(folder_);
+    }
+    void TearDown() override {
+        clearRegistry();
+        std::filesystem::remove_all(folder_);
+    }
+
+    std::filesystem::path write(const std::string& bytes, const std::string& name = "test.reg") {
+        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+        return folder_ / name;
+    }
+    void load(const std::string& bytes) { loadRegistryFile(write(bytes)); }
+
+    // The value as "TYPE:text" or, for other types than text, "TYPE:bytes"; "-" without it.
+    static std::string read(HKEY root, const OLECHAR* path, const OLECHAR* name = nullptr) {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != 0) return "-";
+        DWORD type = 0;
+        BYTE data[256];
+        DWORD size = sizeof data;
+        const LSTATUS status = RegQueryValueExW(key, name, nullptr, &type, data, &size);
+        RegCloseKey(key);
+        if (status != 0) return "-";
+        std::string text = std::to_string(type) + ":";
+        if (type == REG_SZ || type == REG_EXPAND_SZ) {
+            const OleView units(reinterpret_cast<const OLECHAR*>(data), size / 2);
+            return text + toNarrow(units.substr(0, units.find(u'\0')));
+        }
+        for (DWORD i = 0; i < size; ++i)
+            text += std::to_string(data[i]) + " ";
+        return text;
+    }
+
+    static std::string subkeys(HKEY root, const OLECHAR* path) {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != 0) return "-";
+        std::string names;
+        OLECHAR name[64];
+        DWORD size = 64;
+        for (DWORD i = 0;
+             RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+             ++i, size = 64)
+            names += toNarrow(OleView(name, size)) + " ";
+        RegCloseKey(key);
+        return names;
+    }
+
+    const std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("axlink2-reg-" + std::to_string(getpid()));
+};
+
+TEST_F(Registry, givesEveryKindOfValueBack) {
+    load(header + "; a comment\r\n"
+                  "[HKEY_LOCAL_MACHINE\\Software\\Sample] ; another\r\n"
+                  "@=\"the \\\"default\\\" C:\\\\x\"\r\n"
+                  "\"number\"=dword:0000000a ; ten\r\n"
+                  "\"bytes\"=hex:01,02,\\\r\n"
+                  "  ff\r\n"
+                  "\"path\"=hex(2):25,00,54,00,25,00,00,00\r\n"
+                  "\"caf\xC3\xA9\"=\"\xC3\xA9\"\r\n"
+                  "\"gone\"=\"x\"\r\n\"gone\"=-\r\n");
+    const OLECHAR* path = OLESTR("SOFTWARE\\sample");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path), "1:the \"default\" C:\\x");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path, OLESTR("Number")), "4:10 0 0 0 ");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path, OLESTR("bytes")), "3:1 2 255 ");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path, OLESTR("path")), "2:%T%");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path, OLESTR("CAF\u00C9")), "1:\xC3\xA9");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, path, OLESTR("gone")), "-");
+}
+
+TEST_F(Registry, readsTheOlderFormAndUtf16) {
+    load("REGEDIT4\n[HKEY_CURRENT_USER\\old]\n@=hex(2):25,54,25,00\n");
+    EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("old")), "2:%T%");
+    std::string wide = "\xFF\xFE";
+    for (const char c : header + "[HKEY_CURRENT_USER\\new]\r\n@=\"w\"\r\n")
+        wide += {c, '\0'};
+    load(wide);
+    EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("new")), "1:w");
+}
+
+TEST_F(Registry, mergesTheClassesOfUserAndMachine) {
+    load(header + "[HKEY_CLASSES_ROOT\\b]\n@=\"machine\"\n\"only\"=\"m\"\n"
+                  "[HKEY_CURRENT_USER\\Software\\Classes\\B]\n@=\"user\"\n"
+                  "[HKEY_CURRENT_USER\\Software\\Classes\\a]\n"
+                  "[HKEY_LOCAL_MACHINE\\Software\\Classes\\C]\n");
+    EXPECT_EQ(subkeys(HKEY_CLASSES_ROOT, nullptr), "a B C ");
+    EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("b")), "1:user");
+    EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("b"), OLESTR("only")), "1:m");
+    load(header + "[-HKEY_CURRENT_USER\\Software\\Classes\\b]\n");
+    EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("b")), "1:machine");
+}
+
+TEST_F(Registry, answersSizesAndEndsAsDocumented) {
+    load(header + "[HKEY_CURRENT_USER\\k\\sub]\n@=\"abc\"\n");
+    HKEY key = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("none"), 0, KEY_READ, &key), 2);
+    EXPECT_EQ(RegOpenKeyExW(nullptr, OLESTR("k"), 0, KEY_READ, &key), 6);
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("\\k\\"), 0, KEY_READ, &key), 0);
+    OLECHAR name[4];
+    DWORD size = 3;
+    EXPECT_EQ(RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), 234);
+    EXPECT_EQ(size, 3u);
+    size = 4;
+    EXPECT_EQ(RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(size, 3u);
+    EXPECT_EQ(RegEnumKeyExW(key, 1, name, &size, nullptr, nullptr, nullptr, nullptr), 259);
+    DWORD type = 99;
+    DWORD bytes = 64;
+    EXPECT_EQ(RegQueryValueExW(key, nullptr, nullptr, &type, nullptr, &bytes), 2);
+    EXPECT_EQ(type, 99u);
+    EXPECT_EQ(bytes, 64u);
+    HKEY sub = nullptr;
+    ASSERT_EQ(RegOpenKeyW(key, OLESTR("SUB"), &sub), 0);
+    EXPECT_EQ(RegQueryValueExW(sub, nullptr, nullptr, &type, nullptr, &bytes), 0);
+    EXPECT_EQ(bytes, 8u);
+    BYTE small[7];
+    bytes = sizeof small;
+    EXPECT_EQ(RegQueryValueExW(sub, nullptr, nullptr, &type, small, &bytes), 234);
+    EXPECT_EQ(bytes, 8u);
+    clearRegistry();
+    EXPECT_EQ(RegQueryValueExW(sub, nullptr, nullptr, &type, nullptr, &bytes), 1018);
+    EXPECT_EQ(RegCloseKey(sub), 0);
+    EXPECT_EQ(RegCloseKey(key), 0);
+}
+
+TEST_F(Registry, takesRelativeServerLibrariesFromTheFilesFolder) {
+    load(header + "[HKEY_CLASSES_ROOT\\CLSID\\{1}\\InProcServer32]\n@=\"lib/../server.so\"\n"
+                  "[HKEY_CLASSES_ROOT\\CLSID\\{2}\\InProcServer32]\n@=\"/opt/server.so\"\n");
+    EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("CLSID\\{1}\\InprocServer32")),
+              "1:" + (folder_ / "server.so").string());
+    EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("CLSID\\{2}\\InprocServer32")), "1:/opt/server.so");
+}
+
+TEST_F(Registry, refusesBrokenFilesWithFileAndLineAndKeepsWhatItHad) {
+    const std::string key = header + "[HKEY_CURRENT_USER\\kept]\r\n@=\"changed\"\r\n"; // lines 1-4
+    const struct {
+        std::string bytes;
+        int line;
+        const char* reason;
+    } cases[] = {
+        {"", 1, "first line"},
+        {"[HKEY_CURRENT_USER\\x]\n", 1, "first line"},
+        {header + "@=\"x\"\n", 3, "in no key"},
+        {header + "[-HKEY_CURRENT_USER\\x]\n@=\"x\"\n", 4, "in no key"},
+        {key + "[HKEY_CURRENT_USER\\x\n", 5, "closing bracket"},
+        {key + "[HKEY_ELSEWHERE\\x]\n", 5, "root key"},
+        {key + "[-HKEY_CURRENT_USER]\n", 5, "cannot be removed"},
+        {key + "\"a\"=\"x\n", 5, "closing quote"},
+        {key + "\"a\"=\"C:\\temp\"\n", 5, "backslash"},
+        {key + "\"a\"=\"x\" y\n", 5, "unexpected text \"y\""},
+        {key + "\"a\" \"x\"\n", 5, "followed by ="},
+        {key + "\"a\"=dword:xyz\n", 5, "32 bits"},
+        {key + "\"a\"=dword:123456789\n", 5, "32 bits"},
+        {key + "\"a\"=hex:01,\\\n  1ff\n", 6, "hexadecimal byte"},
+        {key + "\"a\"=hex:01,\\", 5, "continued line"},
+        {key + "\"a\"=qword:1\n", 5, "unknown kind"},
+        {key + "just text\n", 5, "just text"},
+        {key + "\"a\"=\"\xFF\"\n", 5, "UTF-8"},
+        {"\xFF\xFEo", 1, "UTF-16"},
+    };
+    load(header + "[HKEY_CURRENT_USER\\kept]\n@=\"as it was\"\n");
+    for (const auto& broken : cases) {
+        const std::filesystem::path file = write(broken.bytes, "broken.reg");
+        try {
+            loadRegistryFile(file);
+            ADD_FAILURE() << "accepted: " << broken.bytes;
+        } catch (const RegistryFileError& error) {
+            const std::string what = error.what();
+            EXPECT_TRUE(what.starts_with(file.string() + ":" + std::to_string(broken.line) + ": "))
+                << what;
+            EXPECT_NE(what.find(broken.reason), std::string::npos) << what;
+        }
+        EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("kept")), "1:as it was");
+    }
+    EXPECT_THROW(loadRegistryFile(folder_ / "missing.reg"), RegistryFileError);
+    EXPECT_THROW(loadRegistryFile(folder_), RegistryFileError);
+}
+
+TEST_F(Registry, survivesEveryMutationOfAFile) {
+    const std::string sound = header + "[HKEY_CURRENT_USER\\k]\r\n@=\"a\\\\b\"\r\n\"n\"=hex(7):"
+                                       "01,\\\r\n 02\r\n\"d\"=dword:1 ; c\r\n[-HKEY_USERS\\x]\r\n";
+    std::mt19937 random(7);
+    int accepted = 0;
+    for (int i = 0; i < 500; ++i) {
+        std::string bytes = sound;
+        for (auto n = random() % 3 + 1; n > 0; --n) {
+            static constexpr char pool[] = "[]\"\\=-@;:,(\r\n \xFF\0z";
+            bytes[random() % bytes.size()] = pool[random() % (sizeof pool - 1)];
+        }
+        bytes.resize(bytes.size() - random() % 8);
+        clearRegistry();
+        try {
+            load(bytes);
+            ++accepted;
+        } catch (const RegistryFileError&) {
+            ASSERT_EQ(read(HKEY_CURRENT_USER, OLESTR("k")), "-");
+        }
+    }
+    EXPECT_GT(accepted, 0);
+    EXPECT_LT(accepted, 500);
+}
+
+TEST_F(Registry, loadsTheUsersFilesInOrder) {
+    std::filesystem::create_directories(folder_ / "axlink2" / "classes");
+    const std::string key = header + "[HKEY_CURRENT_USER\\u]\n";
+    write(key + "@=\"second\"\n", "axlink2/classes/b.reg");
+    write(key + "@=\"first\"\n\"a\"=\"a\"\n", "axlink2/classes/a.reg");
+    write("not a registry file", "axlink2/classes/readme.txt");
+    const char* before = std::getenv("XDG_DATA_HOME");
+    const std::string saved = before ? before : "";
+    setenv("XDG_DATA_HOME", folder_.c_str(), 1);
+    loadUserRegistryFiles();
+    EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u")), "1:second");
+    EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u"), OLESTR("a")), "1:a");
+    setenv("XDG_DATA_HOME", (folder_ / "nowhere").c_str(), 1);
+    EXPECT_NO_THROW(loadUserRegistryFiles());
+    before ? setenv("XDG_DATA_HOME", saved.c_str(), 1) : unsetenv("XDG_DATA_HOME");
+}
+
+} // namespace
+} // namespace platform
