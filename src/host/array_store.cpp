@@ -1,0 +1,258 @@
+// Element stores: made, shared, copied for writing and ended.
+#include "host/array_store.h"
+
+#include "host/host_messages.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+
+namespace harray::detail {
+namespace {
+
+// A block with room for `bytes` zero bytes, or bytes that hold anything.
+Block* allocateBlock(std::size_t bytes, Filling filling) {
+    if (bytes > std::numeric_limits<std::ptrdiff_t>::max() - sizeof(Block)) throw std::bad_alloc();
+    void* memory = filling == Filling::Zero ? std::calloc(1, sizeof(Block) + bytes)
+                                            : std::malloc(sizeof(Block) + bytes);
+    if (!memory) throw std::bad_alloc();
+    return new (memory) Block;
+}
+
+void freeBlock(Block* block) {
+    block->~Block();
+    std::free(block);
+}
+
+void destroyElements(ElementKind kind, void* store, std::size_t count) {
+    visitElements(kind, [&]<class Element>(Element*) {
+        std::destroy_n(static_cast<Element*>(store), count);
+    });
+}
+
+void copyElements(ElementKind kind, void* to, const void* from, std::size_t count) {
+    visitElements(kind, [&]<class Element>(Element*) {
+        std::uninitialized_copy_n(static_cast<const Element*>(from), count,
+                                  static_cast<Element*>(to));
+    });
+}
+
+void makeElements(ElementKind kind, void* store, std::size_t count) {
+    visitElements(kind, [&]<class Element>(Element*) {
+        std::uninitialized_value_construct_n(static_cast<Element*>(store), count);
+    });
+}
+
+// Elements as the loops above count them: bytes for plain data.
+std::size_t countedElements(const hxArray& array) {
+    return array.kind == ElementKind::Plain ? array.stored * elementBytes(array) : array.stored;
+}
+
+void releaseStore(hxArray& array) {
+    if (!array.block) {
+        if (array.kind != ElementKind::Plain)
+            destroyElements(array.kind, array.store, array.stored);
+    } else if (array.block->owners.load(std::memory_order_acquire) == 1 ||
+               array.block->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (array.kind != ElementKind::Plain)
+            destroyElements(array.kind, array.store, array.stored);
+        freeBlock(array.block);
+    }
+    array.store = nullptr;
+    array.block = nullptr;
+    array.stored = 0;
+}
+
+std::size_t plainBytes(hxClassID classId) {
+    switch (classId) {
+    case hxLOGICAL_CLASS:
+    case hxINT8_CLASS:
+    case hxUINT8_CLASS:
+        return 1;
+    case hxCHAR_CLASS:
+    case hxINT16_CLASS:
+    case hxUINT16_CLASS:
+        return 2;
+    case hxSINGLE_CLASS:
+    case hxINT32_CLASS:
+    case hxUINT32_CLASS:
+        return 4;
+    default:
+        return 8;
+    }
+}
+
+} // namespace
+
+std::size_t elementBytes(const hxArray& array) {
+    if (array.kind == ElementKind::Plain)
+        return plainBytes(array.classId) * (array.complex ? 2 : 1);
+    return visitElements(array.kind,
+                         []<class Element>(Element*) -> std::size_t { return sizeof(Element); });
+}
+
+std::size_t checkedProduct(std::size_t a, std::size_t b) {
+    std::size_t product;
+    if (__builtin_mul_overflow(a, b, &product)) throw std::bad_alloc();
+    return product;
+}
+
+void setShape(hxArray& array, std::size_t rank, const std::size_t* extents) {
+    while (rank > 2 && extents[rank - 1] == 1)
+        --rank;
+    const std::size_t rows = rank > 0 ? extents[0] : 1;
+    const std::size_t columns = rank > 1 ? extents[1] : 1;
+    std::size_t count = checkedProduct(rows, columns);
+    std::unique_ptr<std::size_t[]> many;
+    if (rank > 2) {
+        if (rank > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+        many = std::make_unique<std::size_t[]>(rank);
+        std::copy_n(extents, rank, many.get());
+        for (std::size_t i = 2; i < rank; ++i)
+            count = checkedProduct(count, extents[i]);
+    }
+    array.manyExtents = std::move(many);
+    array.rank = static_cast<std::uint32_t>(std::max<std::size_t>(rank, 2));
+    array.extents[0] = rows;
+    array.extents[1] = columns;
+    array.count = count;
+}
+
+void makeStore(hxArray& array, std::size_t stored, Filling filling) {
+    if (stored == 0) return;
+    const std::size_t bytes = checkedProduct(stored, elementBytes(array));
+    void* store = array.own;
+    Block* block = nullptr;
+    if (bytes > sizeof array.own) {
+        block = allocateBlock(bytes, filling);
+        store = block + 1;
+    }
+    if (array.kind != ElementKind::Plain) makeElements(array.kind, store, stored);
+    array.store = store;
+    array.block = block;
+    array.stored = stored;
+}
+
+void swapStores(hxArray& a, hxArray& b) {
+    std::swap(a.own, b.own);
+    std::swap(a.block, b.block);
+    std::swap(a.stored, b.stored);
+    std::swap(a.store, b.store);
+    for (hxArray* side : {&a, &b})
+        if (side->store && !side->block) side->store = side->own;
+}
+
+void unshare(hxArray& array) {
+    if (!array.block || array.block->owners.load(std::memory_order_acquire) == 1) return;
+    Block* own = allocateBlock(array.stored * elementBytes(array), Filling::None);
+    try {
+        copyElements(array.kind, own + 1, array.store, countedElements(array));
+    } catch (...) {
+        freeBlock(own);
+        throw;
+    }
+    const std::size_t stored = array.stored;
+    releaseStore(array);
+    array.block = own;
+    array.store = own + 1;
+    array.stored = stored;
+}
+
+unique_array makeScalar(hxClassID classId, ElementKind kind) {
+    unique_array array(new hxArray);
+    array->classId = classId;
+    array->kind = kind;
+    array->extents[0] = 1;
+    array->extents[1] = 1;
+    array->count = 1;
+    if (kind == ElementKind::Plain) { // what it holds fits its own place, which is zero
+        array->store = array->own;
+        array->stored = 1;
+    } else {
+        makeStore(*array, 1);
+    }
+    return array;
+}
+
+unique_array makeArray(hxClassID classId, ElementKind kind, std::size_t rank,
+                       const std::size_t* extents, bool complex, Filling filling) {
+    unique_array array(new hxArray);
+    array->classId = classId;
+    array->kind = kind;
+    array->complex = complex;
+    setShape(*array, rank, extents);
+    makeStore(*array, array->count, filling);
+    return array;
+}
+
+const hxArray& emptyDouble() {
+    static const hxArray& empty = *::new hxArray; // never destroyed, and not counted
+    return empty;
+}
+
+hxArray& writing(hxArray* array, const char* operation) {
+    if (!array) velmar::fail(velmar::keys::NullArray, operation);
+    unshare(*array);
+    return *array;
+}
+
+void checkIndex(std::size_t index, std::size_t count) {
+    if (index >= count)
+        velmar::fail(velmar::keys::badsubscript, static_cast<std::int64_t>(index + 1),
+                     static_cast<std::int64_t>(count));
+}
+
+void failWrongClass(const char* operation, const hxArray* array) {
+    velmar::fail(velmar::keys::WrongArrayClass, operation, hxGetClassName(array));
+}
+
+hxArray* do_shared_copy(const hxArray* array) {
+    const hxArray& source = reading(array);
+    unique_array copy(new hxArray);
+    copy->classId = source.classId;
+    copy->kind = source.kind;
+    copy->complex = source.complex;
+    if (source.rank > 2) {
+        setShape(*copy, source.rank, source.dimensions());
+    } else {
+        copy->extents[0] = source.extents[0];
+        copy->extents[1] = source.extents[1];
+        copy->count = source.count;
+    }
+    copy->objectClass = source.objectClass;
+    copy->fields = source.fields;
+    if (source.sparse) copy->sparse = std::make_unique<SparseIndex>(*source.sparse);
+    if (source.block) {
+        source.block->owners.fetch_add(1, std::memory_order_relaxed);
+        copy->block = source.block;
+        copy->store = source.store;
+    } else if (source.store) {
+        if (source.kind == ElementKind::Plain)
+            std::memcpy(copy->own, source.own, sizeof copy->own);
+        else
+            copyElements(source.kind, copy->own, source.own, source.stored);
+        copy->store = copy->own;
+    }
+    copy->stored = source.stored;
+    return copy.release();
+}
+
+} // namespace harray::detail
+
+hxArray::~hxArray() {
+    if (store) harray::detail::releaseStore(*this);
+}
+
+void harray::destroyArray(hxArray* array) { delete array; }
+
+hxArray* hxCreateSharedDataCopy(const hxArray* array) {
+    return harray::detail::do_shared_copy(array);
+}
+
+hxArray* hxUnshareShallow(hxArray* array) {
+    if (array) harray::detail::unshare(*array);
+    return array;
+}

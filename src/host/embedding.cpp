@@ -1,0 +1,87 @@
+// Functions and members by name, for a program that embeds the host.
+#include "host/embedding.h"
+
+#include "host/functions.h"
+#include "host/host_messages.h"
+#include "host/live_object.h"
+#include "host/member_access.h"
+#include "host/object_array.h"
+
+#include <algorithm>
+
+namespace velmar {
+namespace {
+
+Arrays callHandle(Hfunction_handle& handle, int outputCount,
+                  const std::vector<const hxArray*>& inputs) {
+    std::vector<hxArray*> results(static_cast<std::size_t>(std::max(outputCount, 1)));
+    handle.call(outputCount, results.data(), static_cast<int>(inputs.size()), inputs.data());
+    Arrays arrays;
+    arrays.reserve(results.size());
+    for (hxArray* result : results)
+        arrays.emplace_back(result);
+    if (outputCount <= 0 && !arrays.front()) arrays.clear();
+    return arrays;
+}
+
+LiveClass& classOf(const hxArray* object, const std::string& name) {
+    LiveClass* owner = classOfArray(object);
+    if (!owner) fail(keys::NotAnObject, name, std::string(hxGetClassName(object)));
+    return *owner;
+}
+
+// The one object whose property is meant.
+hos::HOSInterface& oneObject(const hxArray* object, const std::string& name) {
+    classOf(object, name);
+    if (object->count != 1)
+        fail(keys::NotOneObject, name, static_cast<std::int64_t>(object->count));
+    return requireAlive(object->elements<harray::detail::ObjectElement>()[0]);
+}
+
+hos::id idOf(const std::string& name) { return hos::internal::findInterned(name.c_str()); }
+
+} // namespace
+
+Arrays call(const std::string& name, int outputCount, const std::vector<const hxArray*>& inputs) {
+    Hdispatcher& dispatcher = Hdispatcher::getDispatcher();
+    const hos::id symbol = hos::internal::makeInterned(std::string(name));
+    return callHandle(*dispatcher.lookup(dispatcher.GetCurrentlyExecutingFunctionScope(), symbol,
+                                         static_cast<int>(inputs.size()), inputs.data()),
+                      outputCount, inputs);
+}
+
+Arrays callMember(const hxArray* object, const std::string& name, int outputCount,
+                  const std::vector<const hxArray*>& inputs) {
+    if (MethodGroup* methods = classOf(object, name).methods(idOf(name))) {
+        std::vector<const hxArray*> all{object};
+        all.insert(all.end(), inputs.begin(), inputs.end());
+        return callHandle(*methods, outputCount, all);
+    }
+    harray::unique_array value = readProperty(oneObject(object, name), idOf(name), name.c_str());
+    if (!inputs.empty()) fail(keys::PropertyInputs, name);
+    if (outputCount > 1) fail(keys::TooManyOutputs, name, std::int64_t{1});
+    Arrays arrays;
+    arrays.push_back(std::move(value));
+    return arrays;
+}
+
+bool hasMethod(const hxArray* object, const std::string& name) {
+    LiveClass* owner = classOfArray(object);
+    return owner && owner->methods(idOf(name));
+}
+
+bool hasProperty(const hxArray* object, const std::string& name) {
+    LiveClass* owner = classOfArray(object);
+    if (!owner) return false;
+    if (owner->property(idOf(name))) return true;
+    hos::HOSInterfacePtr found;
+    if (hos::HOSInterfacePtr first = hoGetArrayElement(object, 0))
+        first->findDynamicProperty(&found, idOf(name));
+    return static_cast<bool>(found);
+}
+
+void setMember(hxArray* object, const std::string& name, const hxArray* value) {
+    writeProperty(oneObject(object, name), idOf(name), name.c_str(), value);
+}
+
+} // namespace velmar

@@ -1,0 +1,93 @@
+// What a program that embeds the host uses: functions, members, listeners, output and modules.
+#pragma once
+
+#include "host/array.h"
+#include "host/class.h"
+#include "host/interface.h"
+#include "host/message.h"
+
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmar {
+
+using Arrays = std::vector<harray::unique_array>;
+
+// A function of the host: the same form as a module's builtin function.
+using Function = std::function<void(int outputCount, harray::unique_array* outputs, int inputCount,
+                                    const hxArray* const* inputs)>;
+void defineFunction(const std::string& name, Function function);
+bool hasFunction(const std::string& name);
+
+// Loads a module from its shared library and calls its registration function; its builtin functions
+// `actxserver` and `actxGetRunningServer` become host functions. Raises `std::runtime_error` with a
+// clear text when the library or one of its functions isn't there. A second call does nothing more.
+void loadModule(const std::filesystem::path& library);
+
+// Calls a function, or the member of that name when an input is an object. Gives at least the
+// outputs asked for; an output that was not set is a 0-by-0 double.
+Arrays call(const std::string& name, int outputCount, const std::vector<const hxArray*>& inputs);
+
+// `object.name(inputs...)`: a method; or a property, then `inputs` must be empty. `outputCount` 0
+// gives one output when the member produces one.
+Arrays callMember(const hxArray* object, const std::string& name, int outputCount,
+                  const std::vector<const hxArray*>& inputs);
+bool hasMethod(const hxArray* object, const std::string& name);
+bool hasProperty(const hxArray* object, const std::string& name);
+void setMember(hxArray* object, const std::string& name, const hxArray* value);
+
+// A listener of one event of one object.
+class Listener {
+  public:
+    virtual ~Listener() = default;
+    virtual void setEnabled(bool enabled) = 0;
+    virtual bool isEnabled() const = 0;
+    virtual void remove() = 0; // may be called again, and after the object has gone
+};
+
+// What a listener runs: the object array of the source, and the event's structure. Both stay the
+// host's. An exception that leaves it is reported as a warning.
+using Callback = std::function<void(const hxArray* source, const hxArray* event)>;
+
+// Raises when the object's class has no such event, and what connecting raises. Dropping the
+// pointer doesn't remove the listener: it lives as long as its object.
+std::shared_ptr<Listener> addListener(const hos::HOSInterfacePtr& object, const std::string& event,
+                                      Callback callback);
+
+// Function handles hold a callable of the embedding program, and its text.
+harray::unique_array createFunctionHandle(std::string text, Function function);
+const Function* functionOfHandle(const hxArray* array); // null for anything else
+const std::string& textOfHandle(const hxArray* array);
+
+// Where `hrtPuts` and `disp` write, and where warnings go; by default standard output and error.
+void setOutput(std::function<void(std::string_view)> writer);
+void setWarningWriter(
+    std::function<void(const std::string& identifier, const std::u16string& text)> writer);
+
+// Any array as a person reads it, one or more lines, each ended: what `disp` prints.
+std::string displayText(const hxArray* array);
+
+// An error of the embedding program or the language, with an identifier of its own.
+[[noreturn]] void raiseError(const std::string& identifier, const std::string& text);
+
+// The identifier and text of any exception. Errors of the host and the module have their own;
+// a COM support error is "VELMAR:COM:E" and its code, anything else "VELMAR:internal".
+struct ErrorText {
+    std::string identifier;
+    std::string text;
+};
+ErrorText describeError(std::exception_ptr error);
+
+// Objects that are alive now; for the check that nothing outlives its use.
+std::size_t liveObjectCount();
+
+// The member signature as text, "[double,int32] = Name(COM.X, double)", for a description.
+std::string signatureText(const hos::HOSMethodInfo& method);
+
+} // namespace velmar

@@ -1,0 +1,83 @@
+// Reading and writing properties of objects.
+#include "host/member_access.h"
+
+#include "host/host_messages.h"
+
+namespace velmar {
+namespace {
+
+// A property of a class or of one object.
+struct Found {
+    hos::HOSPropInfo* info;
+    const TypeEntry* type; // null for a dynamic property, whose value is an array
+};
+
+Found findProperty(hos::HOSInterface& object, hos::id name, const char* text) {
+    hos::HOSClass* owner = object.getClass();
+    if (!owner) fail(keys::UndefinedMember, std::string(text ? text : ""), std::string("meta"));
+    // Only live objects have a class.
+    auto& live = static_cast<LiveObject&>(object);
+    if (LiveClass::Property* property = live.liveClass().property(name)) {
+        if (!property->type || !property->type->type) {
+            hos::HOSDataTypePtr type;
+            property->info->getDataType(&type);
+            property->type = &typeEntry(type.getID());
+        }
+        return {property->info.get(), property->type};
+    }
+    if (hos::HOSGenericProp* property = live.dynamicProperty(name)) return {property, nullptr};
+    fail(keys::UndefinedMember, std::string(text ? text : ""), live.liveClass().classId().str());
+}
+
+[[noreturn]] void failAccess(const HostKey& key, const Found& property, hos::HOSInterface& object) {
+    fail(key, std::string(property.info->getName()),
+         static_cast<LiveObject&>(object).liveClass().classId().str());
+}
+
+} // namespace
+
+harray::unique_array readProperty(hos::HOSInterface& object, hos::id name, const char* text) {
+    const Found property = findProperty(object, name, text);
+    if (property.info->getGetAccess() != 0) failAccess(keys::WriteOnlyProperty, property, object);
+    hos::HOSValue value;
+    property.info->getValue(&value, &object);
+    // The array of a dynamic property stays its own.
+    if (!property.type) return harray::unique_array(hxCreateSharedDataCopy(value.array()));
+    if (property.type->holdsArrays())
+        return harray::unique_array(value.isNull() ? hxCreateSharedDataCopy(nullptr)
+                                                   : value.array());
+    struct Ending {
+        hos::HOSPropInfo* info;
+        hos::HOSInterface* object;
+        hos::HOSValue value;
+        ~Ending() { info->destroyValue(object, value); }
+    } ending{property.info, &object, value};
+    if (!property.type->conversion) fail(keys::UnknownType, property.type->name.str());
+    hxArray* array = nullptr;
+    property.type->conversion->convertToHost(&array, value);
+    return harray::unique_array(array ? array : hxCreateSharedDataCopy(nullptr));
+}
+
+void writeProperty(hos::HOSInterface& object, hos::id name, const char* text,
+                   const hxArray* value) {
+    const Found property = findProperty(object, name, text);
+    if (property.info->getSetAccess() != 0) failAccess(keys::ReadOnlyProperty, property, object);
+    const hxArray& source = harray::detail::reading(value);
+    if (!property.type) {
+        property.info->setValue(&object, hos::HOSValue::ofPointer(&source));
+        return;
+    }
+    if (property.type->host) property.type->host->require(source);
+    struct Ending {
+        const TypeEntry& type;
+        hos::HOSValue value;
+        bool owned;
+        ~Ending() {
+            if (owned) type.releaseValue(value);
+        }
+    } converted{*property.type, {}, false};
+    converted.value = property.type->valueOf(&source, converted.owned);
+    property.info->setValue(&object, converted.value);
+}
+
+} // namespace velmar

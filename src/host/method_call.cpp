@@ -1,0 +1,114 @@
+// Calling a method: inputs to values, the call, values to outputs.
+#include "host/host_messages.h"
+#include "host/method_group.h"
+
+#include <algorithm>
+
+namespace velmar {
+namespace {
+
+using Values = boost::container::small_vector<hos::HOSValue, 8>;
+
+// The input values of one call; ends those that were made for it.
+class InputValues {
+  public:
+    InputValues(const MethodPlan& plan, Inputs inputs) : plan_(plan) {
+        values_.reserve(inputs.size());
+        owned_.reserve(inputs.size());
+        try {
+            for (std::size_t i = 0; i < inputs.size(); ++i) {
+                bool owned = false;
+                values_.push_back(plan.input(i).valueOf(inputs[i], owned));
+                owned_.push_back(owned);
+            }
+        } catch (...) {
+            release();
+            throw;
+        }
+    }
+    InputValues(const InputValues&) = delete;
+    InputValues& operator=(const InputValues&) = delete;
+    ~InputValues() { release(); }
+
+    hos::HOSValue* data() { return values_.data(); }
+
+  private:
+    void release() {
+        for (std::size_t i = 0; i < owned_.size(); ++i)
+            if (owned_[i]) plan_.input(i).releaseValue(values_[i]);
+    }
+
+    const MethodPlan& plan_;
+    Values values_;
+    boost::container::small_vector<bool, 8> owned_;
+};
+
+// The output values of one call; ends what nobody took.
+class OutputValues {
+  public:
+    OutputValues(const MethodPlan& plan, std::size_t room) : plan_(plan), values_(room) {}
+    OutputValues(const OutputValues&) = delete;
+    OutputValues& operator=(const OutputValues&) = delete;
+    ~OutputValues() {
+        for (std::size_t i = 0; i < values_.size(); ++i)
+            if (const TypeEntry* type = values_[i].isNull() ? nullptr : typeOf(i))
+                type->releaseValue(values_[i]);
+    }
+
+    hos::HOSValue* data() { return values_.data(); }
+    std::size_t size() const { return values_.size(); }
+
+    // Null for a value that stands for no array.
+    harray::unique_array take(std::size_t i) {
+        const TypeEntry* type = typeOf(i);
+        return type ? type->takeArray(std::exchange(values_[i], {})) : nullptr;
+    }
+
+  private:
+    const TypeEntry* typeOf(std::size_t i) const {
+        if (plan_.outputs.empty()) return nullptr;
+        if (i >= plan_.outputs.size() && !plan_.variableOutput) return nullptr;
+        return &resolved(*plan_.outputs[std::min(i, plan_.outputs.size() - 1)]);
+    }
+
+    const MethodPlan& plan_;
+    Values values_;
+};
+
+} // namespace
+
+void MethodPlan::invoke(int outputCount, hxArray** results, Inputs given, hxArray* made) const {
+    const auto wanted = static_cast<std::size_t>(std::max(outputCount, 0));
+    harray::unique_array preset(made);
+    if (wanted > outputs.size() && !variableOutput)
+        fail(keys::TooManyOutputs, std::string(method->getName()),
+             static_cast<std::int64_t>(outputs.size()));
+    InputValues in(*this, given);
+    OutputValues out(*this, std::max({outputs.size(), wanted, std::size_t{1}}));
+    out.data()[0] = hos::HOSValue::ofPointer(preset.release());
+    auto produced = static_cast<std::uint32_t>(wanted);
+    method->invoke(hos::HOSGetPublicClient(), &produced, out.data(),
+                   static_cast<std::int32_t>(given.size()), in.data());
+
+    const std::size_t delivered =
+        std::min({std::size_t{produced}, out.size(), std::max(wanted, std::size_t{1})});
+    std::size_t i = 0;
+    try {
+        for (; i < std::max(delivered, wanted); ++i) {
+            harray::unique_array array = i < delivered ? out.take(i) : nullptr;
+            results[i] = array ? array.release() : hxCreateSharedDataCopy(nullptr);
+        }
+    } catch (...) {
+        while (i-- > 0)
+            harray::destroyArray(std::exchange(results[i], nullptr));
+        throw;
+    }
+}
+
+void MethodGroup::call(int outputCount, hxArray** outputs, int inputCount,
+                       const hxArray* const* inputs) {
+    const Inputs given(inputs, static_cast<std::size_t>(inputCount));
+    choose(given).invoke(outputCount, outputs, given);
+}
+
+} // namespace velmar

@@ -1,0 +1,137 @@
+// What a person sees of any array.
+#include "tests/host/host_test.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace host_test;
+
+namespace {
+
+std::string shown(const unique_array& array) { return velmar::displayText(array.get()); }
+
+unique_array matrix(std::size_t rows, std::size_t columns, const std::vector<double>& numbers) {
+    unique_array array = zeros(rows, columns);
+    std::ranges::copy(numbers, static_cast<double*>(hxGetWritableData(array.get())));
+    return array;
+}
+
+} // namespace
+
+class Display : public HostTest {};
+
+TEST_F(Display, OfNumbersIsShortAndAligned) {
+    const struct {
+        unique_array array;
+        const char* text;
+    } rows[] = {
+        {number(5), "5\n"},
+        {number(3.14159265), "3.1416\n"},
+        {number(-0.0), "0\n"},
+        {number(1e10), "10000000000\n"},
+        {number(1.5e-7), "1.5e-07\n"},
+        {number(std::nan("")), "NaN\n"},
+        {number(-HUGE_VAL), "-Inf\n"},
+        {number(1, hxLOGICAL_CLASS), "1\n"},
+        {number(-7, hxINT8_CLASS), "-7\n"},
+        {row({1, -20, 300}), "   1   -20   300\n"},
+        {matrix(2, 2, {1.5, 2, -10.25, NAN}), "   1.5000   -10.2500\n   2.0000        NaN\n"},
+        {row({1e-9, 1}), "   1e-09   1\n"},
+        {zeros(0, 0), "   []\n"},
+        {zeros(0, 3, hxINT8_CLASS), "   0x3 empty int8\n"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(shown(row.array), row.text);
+    EXPECT_EQ(velmar::displayText(nullptr), "   []\n");
+}
+
+TEST_F(Display, OfComplexSparsePagedAndWideArrays) {
+    const std::size_t one[] = {1, 1};
+    const unique_array complex(hxCreateNumericArray(2, one, hxDOUBLE_CLASS, hxCOMPLEX));
+    static_cast<double*>(hxGetWritableData(complex.get()))[0] = 1;
+    static_cast<double*>(hxGetWritableData(complex.get()))[1] = -2;
+    EXPECT_EQ(shown(complex), "1 - 2i\n");
+
+    const unique_array sparse(hxCreateSparse(3, 2, 4, hxREAL));
+    EXPECT_EQ(shown(sparse), "   all zero sparse: 3x2\n");
+    static_cast<double*>(hxGetWritableData(sparse.get()))[0] = 8;
+    hxGetIr(sparse.get())[0] = 2;
+    hxGetJc(sparse.get())[2] = 1;
+    EXPECT_EQ(shown(sparse), "   (3,2)   8\n");
+
+    const std::size_t paged[] = {1, 2, 2};
+    const unique_array pages(hxCreateNumericArray(3, paged, hxUINT8_CLASS, hxREAL));
+    EXPECT_EQ(shown(pages), "(:,:,1) =\n   0   0\n\n(:,:,2) =\n   0   0\n");
+
+    const std::string wide = shown(zeros(1, 30));
+    EXPECT_EQ(wide.substr(0, wide.find('\n')), " Columns 1 to 20");
+    EXPECT_NE(wide.find(" Columns 21 to 30\n"), std::string::npos);
+}
+
+TEST_F(Display, OfText) {
+    EXPECT_EQ(shown(text("gr\xC3\xBC\xC3\x9F")), "gr\xC3\xBC\xC3\x9F\n");
+    EXPECT_EQ(shown(text("")), "\n");
+    EXPECT_EQ(shown(unique_array(hxCreateCharMatrix({u"ab", u"c"}))), "ab\nc \n");
+    EXPECT_EQ(shown(string(u"abc")), "abc\n");
+    EXPECT_EQ(shown(hoststring::createStringArray(1, 3, {u"a", std::nullopt, u"\u00fc"})),
+              "   \"a\"   <missing>   \"\xC3\xBC\"\n");
+    EXPECT_EQ(shown(hoststring::createStringArray(0, 1, {})), "   0x1 empty string\n");
+}
+
+TEST_F(Display, OfStructsAndCellsSummarisesWhatTheyHold) {
+    const char* names[] = {"n", "text", "grid", "longer", "hole"};
+    const unique_array record(hxCreateStructMatrix(1, 1, 5, names));
+    hxSetField(record.get(), 0, "n", number(2.5).release());
+    hxSetField(record.get(), 0, "text", text("hi").release());
+    hxSetField(record.get(), 0, "grid", zeros(3, 4, hxSINGLE_CLASS).release());
+    hxSetField(record.get(), 0, "longer", row({1, 2}).release());
+    EXPECT_EQ(shown(record), "         n: 2.5\n"
+                             "      text: 'hi'\n"
+                             "      grid: [3x4 single]\n"
+                             "    longer: [1 2]\n"
+                             "      hole: []\n");
+    EXPECT_EQ(shown(unique_array(hxCreateStructMatrix(1, 2, 1, names))),
+              "  1x2 struct with fields:\n    n\n");
+
+    const unique_array cell(hxCreateCellMatrix(2, 3));
+    hxSetCell(cell.get(), 0, hxCreateSharedDataCopy(record.get()));
+    hxSetCell(cell.get(), 1, string(u"s").release());
+    hxSetCell(cell.get(), 2, hxCreateCellMatrix(1, 2));
+    hxSetCell(cell.get(), 3, row({1, 2}).release());
+    hxSetCell(cell.get(), 4, text("a x b]").release());
+    hxSetCell(
+        cell.get(), 5,
+        velmar::createFunctionHandle("@(x) x", [](int, unique_array*, int, const hxArray* const*) {
+        }).release());
+    EXPECT_EQ(shown(cell), "   {1x1 struct}   {1x2 cell}   {'a x b]'}\n"
+                           "   {\"s\"}          {[1 2]}      {@(x) x}\n");
+    EXPECT_EQ(shown(unique_array(hxCreateCellMatrix(0, 0))), "   {}\n");
+}
+
+TEST_F(Display, OfObjectsAsksTheirClass) {
+    MethodSpec header{"getHeader", {"any"}, {"unicodeString"}};
+    header.access = 1;
+    header.body = [](std::uint32_t& count, hos::HOSValue* outputs, std::int32_t, hos::HOSValue*) {
+        outputs[0] = hos::HOSValue::ofPointer(new std::u16string(u"\tmine\n"));
+        count = 1;
+    };
+    const TestClass shape({{header}});
+    const TestClass plain({});
+    const unique_array object = shape.makeArray();
+    EXPECT_EQ(shown(object), "\tmine\n");
+    EXPECT_EQ(shown(plain.makeArray()), "  " + plain.id().str() + " object\n");
+    EXPECT_EQ(shown(plain.makeArray(3)), "  1x3 " + plain.id().str() + " array\n");
+    hoGetArrayElement(object.get(), 0)->destroy(hos::HOSGetPublicClient());
+    EXPECT_EQ(shown(object), "  handle to a deleted " + shape.id().str() + " object\n");
+}
+
+TEST_F(Display, IsWhatDispPrintsOrGives) {
+    std::string written;
+    velmar::setOutput([&](std::string_view text) { written += text; });
+    const unique_array five = number(5);
+    velmar::call("disp", 0, {five.get()});
+    const velmar::Arrays given = velmar::call("disp", 1, {five.get()});
+    velmar::setOutput({});
+    EXPECT_EQ(written, "5\n");
+    EXPECT_EQ(textOf(given[0].get()), "5\n");
+    EXPECT_EQ(errorOf([] { velmar::call("disp", 0, {}); }), "VELMAR:minrhs");
+}
