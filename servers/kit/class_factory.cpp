@@ -1,0 +1,130 @@
+// Class factories and registrations.
+#include "servers/kit/class_factory.h"
+
+#include "platform/registry_files.h"
+#include "platform/text.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+namespace kit {
+
+namespace {
+
+std::atomic<int> locks = 0;
+
+class ClassFactory final : public IClassFactory, LiveObject {
+  public:
+    explicit ClassFactory(std::function<platform::ComPtr<IDispatch>()> make)
+        : LiveObject("ClassFactory"), make_(std::move(make)) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IClassFactory) return E_NOINTERFACE;
+        AddRef();
+        *object = static_cast<IClassFactory*>(this);
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (outer) return CLASS_E_NOAGGREGATION;
+        try {
+            const auto made = make_();
+            return made ? made->QueryInterface(iid, object) : E_FAIL;
+        } catch (const ComFailure& failure) {
+            return failure.result;
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        }
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+        locks += lock ? 1 : -1;
+        return S_OK;
+    }
+
+  private:
+    std::atomic<ULONG> references_ = 1;
+    std::function<platform::ComPtr<IDispatch>()> make_;
+};
+
+std::string textOf(const CLSID& clsid) {
+    std::array<OLECHAR, 39> text{};
+    StringFromGUID2(clsid, text.data(), static_cast<int>(text.size()));
+    return platform::toNarrow(text.data());
+}
+
+// A file that is gone at the end.
+class TemporaryFile {
+  public:
+    explicit TemporaryFile(const std::string& content)
+        : path_(std::filesystem::temp_directory_path() /
+                ("axlink2-" + std::to_string(std::random_device()()) + ".reg")) {
+        std::ofstream(path_, std::ios::binary) << content;
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        std::error_code ignored;
+        std::filesystem::remove(path_, ignored);
+    }
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+} // namespace
+
+platform::ComPtr<IClassFactory>
+makeClassFactory(std::function<platform::ComPtr<IDispatch>()> make) {
+    return platform::ComPtr<IClassFactory>::adopt(new ClassFactory(std::move(make)));
+}
+
+HRESULT getClassObject(std::span<const ServedClass> classes, REFCLSID clsid, REFIID iid,
+                       void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    const auto found = std::ranges::find(classes, clsid, &ServedClass::clsid);
+    if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
+    try {
+        return makeClassFactory(found->make)->QueryInterface(iid, object);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+HRESULT canUnloadNow() { return liveObjects() == 0 && locks == 0 ? S_OK : S_FALSE; }
+
+ClassRegistration::ClassRegistration(const CLSID& clsid,
+                                     std::function<platform::ComPtr<IDispatch>()> make) {
+    const auto factory = makeClassFactory(std::move(make));
+    check(CoRegisterClassObject(clsid, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                &cookie_));
+}
+
+ClassRegistration::~ClassRegistration() { CoRevokeClassObject(cookie_); }
+
+void registerProgId(const std::string& progId, const CLSID& clsid) {
+    const std::string text = textOf(clsid);
+    const TemporaryFile file("Windows Registry Editor Version 5.00\r\n\r\n"
+                             "[HKEY_CLASSES_ROOT\\" +
+                             progId + "\\CLSID]\r\n@=\"" + text +
+                             "\"\r\n\r\n"
+                             "[HKEY_CLASSES_ROOT\\CLSID\\" +
+                             text + "\\ProgID]\r\n@=\"" + progId + "\"\r\n");
+    platform::loadRegistryFile(file.path());
+}
+
+} // namespace kit

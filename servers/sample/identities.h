@@ -1,0 +1,25 @@
+// The identities of the sample server's library, classes and interfaces.
+#pragma once
+
+#include "servers/kit/class_definition.h"
+#include "servers/kit/guid.h"
+
+namespace sample {
+
+inline constexpr GUID libraryId = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C00");
+inline constexpr CLSID serverClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C01");
+inline constexpr CLSID childClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C02");
+inline constexpr IID baseInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C10");
+inline constexpr IID serverInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C11");
+inline constexpr IID childInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C12");
+inline constexpr IID eventsInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C13");
+
+// Events of the source interface.
+inline constexpr DISPID tickEvent = 1;
+inline constexpr DISPID renamedEvent = 2;
+inline constexpr DISPID doneEvent = 3;
+
+// The type library of both classes.
+const kit::Library& library();
+
+} // namespace sample
