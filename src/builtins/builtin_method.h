@@ -1,0 +1,57 @@
+// The fixed methods of generated classes: what every one of them shares.
+#pragma once
+
+#include "host/class.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace axlink2 {
+
+// One call on the signature, made while a built-in method declares itself.
+struct SignatureStep {
+    enum Kind { Input, Output, OptionalInputs, VariableInput, VariableOutput };
+    Kind kind;
+    const char* type = nullptr;  // Input, Output; `ownClass` for the generated class itself
+    const char* label = nullptr; // Input only
+    std::size_t count = 0;       // OptionalInputs only
+};
+
+inline constexpr const char* ownClass = "";
+
+// A method's name, null for the class's own, and its signature step by step.
+struct BuiltinDeclaration {
+    const char* name;
+    std::span<const SignatureStep> steps;
+};
+
+class COMBuiltinMethodInfo : public hos::HOSMethodInfo {
+  public:
+    const char* getName() const override { return name.c_str(); }
+    hos::HOSMethodSignature* getSignature() const override { return signature.get(); }
+
+  protected:
+    COMBuiltinMethodInfo(hos::HOSClass* owner, const BuiltinDeclaration& declaration);
+
+    std::string name;
+    hos::HOSClass* ownerClass;
+    hos::HOSMethodSignaturePtr signature;
+};
+
+// A method that can be called and isn't listed.
+class HiddenBuiltinMethodInfo : public COMBuiltinMethodInfo {
+  public:
+    bool isVisible() const override { return false; }
+
+  protected:
+    using COMBuiltinMethodInfo::COMBuiltinMethodInfo;
+};
+
+// The base of the application data members.
+class COMAppdataBaseMethodInfo : public HiddenBuiltinMethodInfo {
+  protected:
+    using HiddenBuiltinMethodInfo::HiddenBuiltinMethodInfo;
+};
+
+} // namespace axlink2

@@ -1,0 +1,46 @@
+// Instance records and the handles that lead to them.
+#include "classmodel/instance_record.h"
+
+#include "host/class.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "host/object_array.h"
+
+#include <utility>
+
+namespace axlink2 {
+namespace {
+
+template <class Interface>
+void releaseAndClear(Interface*& object) {
+    // The field is null before the server hears of it: its last words may lead back here.
+    if (Interface* held = std::exchange(object, nullptr)) held->Release();
+}
+
+} // namespace
+
+void releaseServerReferences(COMInstanceRecord& record) {
+    releaseAndClear(record.sink);
+    releaseAndClear(record.dispatch);
+    record.children.clear();
+    record.parents.clear();
+    releaseAndClear(record.connectionPoint);
+}
+
+COMInstanceRecord* recordOf(hos::HOSInterface* object) {
+    hos::HOSClass* owner = object ? object->getClass() : nullptr;
+    if (!owner) return nullptr;
+    hos::id classId;
+    owner->getID(&classId);
+    return static_cast<COMInstanceRecord*>(object->getInstanceData(classId));
+}
+
+hos::HOSInterfacePtr requireValidHandle(const hxArray* const* inputs) {
+    if (inputs[0] && !hxIsEmpty(inputs[0])) {
+        hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0], 0);
+        if (object && !object->isDeleted()) return object;
+    }
+    hmsgcore::raise(VELMAR::class_::InvalidHandle());
+}
+
+} // namespace axlink2

@@ -1,0 +1,31 @@
+// What ties a host object to its server.
+#pragma once
+
+#include "host/array.h"
+#include "host/interface.h"
+#include "platform/com.h"
+
+#include <vector>
+
+namespace axlink2 {
+
+// The record of one object, kept for it by the host. Every pointer holds one reference.
+struct COMInstanceRecord {
+    IDispatch* dispatch = nullptr; // null until the server has been started, or when that failed
+    IDispatch* sink = nullptr;     // the event sink, while a listener is connected
+    IUnknown* connectionPoint = nullptr;
+    std::vector<hos::HOSInterfacePtr> parents;  // objects that this one was returned from
+    std::vector<hos::HOSInterfacePtr> children; // objects returned from this one
+};
+
+// Lets go of the sink, the server, the links and the connection point, in this order.
+void releaseServerReferences(COMInstanceRecord& record);
+
+// The record of an object of a generated class; null for null and for what has none.
+COMInstanceRecord* recordOf(hos::HOSInterface* object);
+
+// The object in element 0 of `inputs[0]`. Raises "VELMAR:class:InvalidHandle" when the array is
+// null or empty, or the object has gone.
+hos::HOSInterfacePtr requireValidHandle(const hxArray* const* inputs);
+
+} // namespace axlink2

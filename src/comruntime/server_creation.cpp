@@ -1,0 +1,44 @@
+// Starting servers through the class registry.
+#include "comruntime/server_creation.h"
+
+#include "comruntime/system_message.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "platform/holders.h"
+
+namespace axlink2 {
+
+HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleString machine) {
+    COSERVERINFO serverInfo{};
+    serverInfo.pwszName = machine.empty() ? nullptr : machine.data();
+    MULTI_QI query{};
+    query.pIID = &IID_IUnknown;
+    const HRESULT hr = CoCreateInstanceEx(
+        clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
+        &serverInfo, 1, &query);
+    if (FAILED(hr)) return hr;
+    const auto unknown = platform::ComPtr<IUnknown>::adopt(query.pItf);
+    if (!unknown) return E_POINTER;
+
+    *out = nullptr;
+    const HRESULT answer = unknown->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(out));
+    if (FAILED(answer)) {
+        *out = nullptr;
+        return answer;
+    }
+    // A server that grants the interface and hands out nothing has none.
+    return *out ? answer : E_NOINTERFACE;
+}
+
+void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
+                          const platform::OleString& machine) {
+    const HRESULT hr = createServerDispatch(clsid, dispatchSlot, machine);
+    if (FAILED(hr)) raiseServerCreationFailed(hr);
+}
+
+void raiseServerCreationFailed(HRESULT hr) {
+    hmsgcore::raise("VELMAR:COM:servercreationfailed",
+                    VELMAR::COM::servercreationfailedSysMsg(systemMessageText(hr)));
+}
+
+} // namespace axlink2

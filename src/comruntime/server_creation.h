@@ -1,0 +1,21 @@
+// Starting servers.
+#pragma once
+
+#include "platform/com.h"
+#include "platform/text.h"
+
+namespace axlink2 {
+
+// Starts a server of that class and asks it for IDispatch; an empty `machine` is this one. On
+// success `*out` holds one reference that is the caller's.
+HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleString machine);
+
+// The same into the `dispatch` of an object's record; a failure raises
+// "VELMAR:COM:servercreationfailed".
+void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
+                          const platform::OleString& machine);
+
+// Raises "VELMAR:COM:servercreationfailed" with the system's text of `hr`.
+[[noreturn]] void raiseServerCreationFailed(HRESULT hr);
+
+} // namespace axlink2

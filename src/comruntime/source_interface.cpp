@@ -1,0 +1,85 @@
+// The scan over the coclasses of a type library.
+#include "comruntime/source_interface.h"
+
+#include "comruntime/type_reader.h"
+#include "platform/typeinfo_holders.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace axlink2 {
+namespace {
+
+using platform::ComPtr;
+using platform::TypeAttrHolder;
+
+// Types that are looked at in one library at most: a count that lies must not cost for ever.
+constexpr UINT mostTypes = 0x10000;
+
+bool isDefaultSource(ITypeInfo* coclass, UINT index) {
+    constexpr int mask = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE | IMPLTYPEFLAG_FRESTRICTED;
+    int flags = 0;
+    return SUCCEEDED(coclass->GetImplTypeFlags(index, &flags)) &&
+           (flags & mask) == (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
+}
+
+GUID defaultSource(ITypeInfo* coclass, const TYPEATTR& attributes) {
+    for (UINT index = 0; index < attributes.cImplTypes; ++index) {
+        if (!isDefaultSource(coclass, index)) continue;
+        const auto source = implementedType(coclass, index);
+        const TypeAttrHolder sourceAttributes(source.get(), &ITypeInfo::GetTypeAttr);
+        return sourceAttributes ? sourceAttributes->guid : GUID_NULL;
+    }
+    return GUID_NULL;
+}
+
+bool lists(ITypeInfo* coclass, const TYPEATTR& attributes, const GUID& iid) {
+    for (UINT index = 0; index < attributes.cImplTypes; ++index) {
+        const auto type = implementedType(coclass, index);
+        const TypeAttrHolder typeAttributes(type.get(), &ITypeInfo::GetTypeAttr);
+        if (typeAttributes && IsEqualGUID(typeAttributes->guid, iid)) return true;
+    }
+    return false;
+}
+
+// The answer of the type at `index`, when it is a coclass that lists the interface.
+std::optional<GUID> sourceByCoclass(ITypeLib* library, UINT index, const GUID& iid) {
+    ComPtr<ITypeInfo> coclass;
+    if (FAILED(library->GetTypeInfo(index, coclass.put()))) {
+        (void)coclass.detach();
+        return std::nullopt;
+    }
+    const TypeAttrHolder attributes(coclass.get(), &ITypeInfo::GetTypeAttr);
+    if (!attributes || attributes->typekind != TKIND_COCLASS) return std::nullopt;
+    if (!lists(coclass.get(), *attributes, iid)) return std::nullopt;
+    return defaultSource(coclass.get(), *attributes);
+}
+
+} // namespace
+
+ComPtr<ITypeLib> containingLibrary(ITypeInfo* type) {
+    ComPtr<ITypeLib> library;
+    UINT index = 0;
+    if (FAILED(type->GetContainingTypeLib(library.put(), &index))) (void)library.detach();
+    return library;
+}
+
+ComPtr<ITypeInfo> implementedType(ITypeInfo* type, UINT index) {
+    HREFTYPE reference = 0;
+    if (FAILED(type->GetRefTypeOfImplType(index, &reference))) return {};
+    return referencedType(type, reference);
+}
+
+GUID findSourceInterface(ITypeInfo* interfaceType) {
+    const TypeAttrHolder attributes(interfaceType, &ITypeInfo::GetTypeAttr);
+    if (!attributes) return GUID_NULL;
+    const auto library = containingLibrary(interfaceType);
+    if (!library) return GUID_NULL;
+    const UINT count = std::min(library->GetTypeInfoCount(), mostTypes);
+    for (UINT index = 0; index < count; ++index)
+        if (const auto source = sourceByCoclass(library.get(), index, attributes->guid))
+            return *source;
+    return GUID_NULL;
+}
+
+} // namespace axlink2

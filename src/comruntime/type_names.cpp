@@ -1,0 +1,41 @@
+// Names and references in type information.
+#include "comruntime/type_reader.h"
+
+namespace axlink2 {
+namespace {
+
+// In the thread's code page; none when the text is null, empty or can't be converted.
+std::optional<std::string> narrowName(BSTR name) {
+    const int units = static_cast<int>(SysStringLen(name));
+    const int bytes =
+        WideCharToMultiByte(CP_THREAD_ACP, 0, name, units, nullptr, 0, nullptr, nullptr);
+    if (units == 0 || bytes <= 0) return std::nullopt;
+    std::string text(static_cast<std::size_t>(bytes), '\0');
+    if (!WideCharToMultiByte(CP_THREAD_ACP, 0, name, units, text.data(), bytes, nullptr, nullptr))
+        return std::nullopt;
+    return text;
+}
+
+} // namespace
+
+std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server) {
+    platform::ScopedBstr name;
+    typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr);
+    std::optional<std::string> text = narrowName(name.get());
+    if (!text || text->front() == '_') return std::nullopt;
+    if (server) {
+        LPOLESTR wide = name.get();
+        DISPID ignored = DISPID_UNKNOWN; // the type library's own id stays the key
+        if (FAILED(server->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_SYSTEM_DEFAULT, &ignored)))
+            return std::nullopt;
+    }
+    return text;
+}
+
+platform::ComPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference) {
+    platform::ComPtr<ITypeInfo> type;
+    if (FAILED(owner->GetRefTypeInfo(reference, type.put()))) (void)type.detach();
+    return type;
+}
+
+} // namespace axlink2

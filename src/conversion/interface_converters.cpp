@@ -1,0 +1,40 @@
+// Objects to servers.
+#include "conversion/interface_converters.h"
+
+#include "classmodel/class_description.h"
+#include "classmodel/instance_record.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "host/object_array.h"
+
+namespace axlink2 {
+namespace {
+
+// The server behind an object array. Objects of other classes have no record of ours.
+IDispatch* serverOf(const hxArray* array) {
+    if (array && hoIsHOS(array)) {
+        const hos::HOSInterfacePtr object = hoGetArrayElement(array, 0);
+        hos::HOSClass* owner = object && !object->isDeleted() ? object->getClass() : nullptr;
+        if (owner && dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo()))
+            if (const COMInstanceRecord* record = recordOf(object)) return record->dispatch;
+    }
+    hmsgcore::raise(VELMAR::class_::InvalidHandle());
+}
+
+} // namespace
+
+hos::HOSValue ArgInterfaceConverter::fromVariant(const VARIANT&) { return hos::HOSValue(); }
+
+void ArgInterfaceConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing,
+                                      bool byRef) {
+    VARIANT variant{};
+    variant.vt = sent_;
+    variant.pdispVal = serverOf(value.array());
+    placeVariant(variant, out, backing, byRef);
+}
+
+void ArgInterfaceConverter::retainForPut(VARIANT* v) {
+    if ((v->vt == VT_DISPATCH || v->vt == VT_UNKNOWN) && v->punkVal) v->punkVal->AddRef();
+}
+
+} // namespace axlink2

@@ -1,0 +1,70 @@
+// The arguments of one call: the working block that `rgvarg` points into.
+#pragma once
+
+#include "conversion/arg_converter.h"
+#include "host/value.h"
+#include "platform/com.h"
+
+#include <boost/container/small_vector.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace axlink2 {
+
+// What a call must know of one declared parameter.
+struct COMArgInfo {
+    bool input;
+    bool output;
+    bool optional;
+    bool byReference;
+    ArgVarConverter* converter;
+};
+
+// Slots run against the declaration, as `rgvarg` does: the first parameter lies in the last slot,
+// and the filled slots are always the top ones. Clears every filled slot at the end.
+class COMCallArguments {
+  public:
+    // Room for all of `arguments`, which must outlive the block.
+    explicit COMCallArguments(const std::vector<COMArgInfo>& arguments);
+    COMCallArguments(const COMCallArguments&) = delete;
+    COMCallArguments& operator=(const COMCallArguments&) = delete;
+    ~COMCallArguments();
+
+    // Fills slots from `inputs[1]` on, up to the first declared input that wasn't given. Raises
+    // what the converters raise.
+    void fill(std::int32_t inputCount, const hos::HOSValue* inputs);
+    // Clears what came back in [out] parameters behind the first `wanted` ones.
+    void trimOutputs(std::size_t wanted);
+    // What stands in the slot of the next [out] parameter, in declaration order, and its converter;
+    // null when there is none left.
+    struct Output {
+        VARIANT* value = nullptr;
+        ArgVarConverter* converter = nullptr;
+    };
+    Output takeOutput();
+
+    DISPPARAMS params();
+    UINT count() const { return static_cast<UINT>(slots() - firstUsed_); }
+    std::size_t outputCount() const { return outputCount_; }
+
+  private:
+    std::size_t slots() const { return arguments_.size(); }
+    void fillOutput(const COMArgInfo& argument);
+    void clearSlot(std::size_t slot);
+
+    // Most calls have few arguments; they need no allocation.
+    static constexpr std::size_t inlineSlots = 6;
+    template <class T>
+    using Slots = boost::container::small_vector<T, inlineSlots>;
+
+    const std::vector<COMArgInfo>& arguments_;
+    std::size_t firstUsed_;
+    std::size_t outputCount_ = 0;
+    std::size_t nextOutput_; // slot that outputs were collected down to
+    Slots<VARIANT> variants_;
+    Slots<VARIANT> backing_; // values behind by-reference slots
+};
+
+} // namespace axlink2

@@ -1,0 +1,99 @@
+// Method members: what they declare, and the call.
+#include "dispatch/method_info.h"
+
+#include "classmodel/instance_record.h"
+#include "comruntime/com_error.h"
+#include "comruntime/interned.h"
+#include "platform/holders.h"
+
+namespace axlink2 {
+namespace {
+
+// Interfaces and VARIANTs may become objects that are linked to the one that they came from.
+bool needsOwner(VARTYPE vartype) {
+    return vartype == VT_DISPATCH || vartype == VT_VARIANT || vartype == VT_PTR;
+}
+
+std::vector<COMArgInfo> argumentInfos(const COMMemberSignature& signature) {
+    std::vector<COMArgInfo> infos;
+    infos.reserve(signature.parameterTypes.size());
+    for (std::size_t index = 0; index < signature.parameterTypes.size(); ++index) {
+        const std::uint16_t flags = signature.parameterFlags[index];
+        infos.push_back({.input = (flags & PARAMFLAG_FIN) != 0,
+                         .output = (flags & PARAMFLAG_FOUT) != 0,
+                         .optional = (flags & PARAMFLAG_FOPT) != 0,
+                         .byReference = signature.byReference[index],
+                         .converter = getArgConverter(signature.parameterTypes[index])});
+    }
+    return infos;
+}
+
+} // namespace
+
+COMIDispMethodInfo::COMIDispMethodInfo(hos::HOSClass* owner, DISPID dispid,
+                                       const COMMemberEntry& entry)
+    : ownerClass(owner), name(entry.name),
+      signature(hos::HOSMethodSignature::createMethodSignature()), dispid(dispid),
+      resultConverter(getArgConverter(entry.resultType())),
+      arguments(argumentInfos(entry.method ? *entry.method : *entry.propertyGet)),
+      invokeKind(entry.method ? DISPATCH_METHOD : DISPATCH_PROPERTYGET) {
+    declareSignature();
+}
+
+void COMIDispMethodInfo::declareSignature() {
+    hos::id classId;
+    signature->addInput(*ownerClass->getID(&classId));
+    std::size_t optionalCount = 0;
+    for (const COMArgInfo& argument : arguments) {
+        if (!argument.input) continue;
+        signature->addInput(argument.converter->getDataType().getID());
+        if (argument.optional) ++optionalCount;
+    }
+    signature->setOptionalInputCount(optionalCount);
+
+    if (hasResult()) signature->addOutput(resultConverter->getDataType().getID());
+    for (const COMArgInfo& argument : arguments)
+        if (argument.output) signature->addOutput(argument.converter->getDataType().getID());
+}
+
+void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                                hos::HOSValue* outputs, std::int32_t inputCount,
+                                hos::HOSValue* inputs) {
+    const hxArray* objects = inputs[0].array();
+    const hos::HOSInterfacePtr object = requireValidHandle(&objects);
+    const COMInstanceRecord* record = recordOf(object);
+
+    COMCallArguments call(arguments);
+    call.fill(inputCount, inputs);
+    // A call that asks for nothing still delivers its first output.
+    if (*outputCount < 1 && (hasResult() || call.outputCount() > 0)) *outputCount = 1;
+
+    COMExcepInfo excepInfo(true);
+    UINT argumentError = 0;
+    platform::ScopedVariant result;
+    DISPPARAMS params = call.params();
+    const HRESULT hr =
+        guardedInvoke(record ? record->dispatch : nullptr, dispid, LOCALE_USER_DEFAULT, invokeKind,
+                      &params, result.inOut(), &excepInfo.info, &argumentError);
+    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, call.count());
+    if (call.outputCount() > 0) call.trimOutputs(*outputCount - (hasResult() ? 1 : 0));
+    collectOutputs(object, *result.inOut(), call, *outputCount, outputs);
+}
+
+void COMIDispMethodInfo::collectOutputs(const hos::HOSInterfacePtr& object, VARIANT& result,
+                                        COMCallArguments& call, std::uint32_t outputCount,
+                                        hos::HOSValue* outputs) {
+    const auto converted = [&](ArgVarConverter& converter, VARIANT& v) {
+        return needsOwner(converter.vartype) ? converter.fromVariantFor(v, object, name.c_str())
+                                             : converter.fromVariant(v);
+    };
+    std::uint32_t index = 0;
+    if (hasResult()) outputs[index++] = converted(*resultConverter, result);
+    while (index < outputCount) {
+        const auto [value, converter] = call.takeOutput();
+        if (!value) return;
+        outputs[index++] = converted(*converter, *value);
+    }
+}
+
+} // namespace axlink2

@@ -1,0 +1,100 @@
+// Property members: access, reads and writes.
+#include "dispatch/property_info.h"
+
+#include "classmodel/instance_record.h"
+#include "comruntime/com_error.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "platform/holders.h"
+
+namespace axlink2 {
+namespace {
+
+constexpr hos::MemberAccess everybody = 0;
+constexpr hos::MemberAccess nobody = 2;
+
+bool needsOwner(VARTYPE vartype) {
+    return vartype == VT_DISPATCH || vartype == VT_VARIANT || vartype == VT_UNKNOWN ||
+           vartype == VT_PTR;
+}
+
+std::uint16_t accessOf(const COMMemberEntry& entry) {
+    int access = 0;
+    if (entry.propertyGet) access |= DISPATCH_PROPERTYGET;
+    if (entry.propertyPut) access |= DISPATCH_PROPERTYPUT;
+    if (entry.propertyPutRef) access |= DISPATCH_PROPERTYPUTREF;
+    return static_cast<std::uint16_t>(access);
+}
+
+IDispatch* serverOf(hos::HOSInterface* object) {
+    const COMInstanceRecord* record = recordOf(object);
+    if (!record) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    return record->dispatch;
+}
+
+} // namespace
+
+COMIDispPropInfo::COMIDispPropInfo(DISPID dispid, const COMMemberEntry& entry)
+    : name(entry.name), dispid(dispid), converter(getPropConverter(entry.resultType())),
+      access(accessOf(entry)) {}
+
+hos::HOSValue* COMIDispPropInfo::getDefaultValue(hos::HOSValue* out) const {
+    *out = hos::HOSValue();
+    return out;
+}
+
+hos::HOSDataTypePtr* COMIDispPropInfo::getDataType(hos::HOSDataTypePtr* out) const {
+    *out = converter->getDataType();
+    return out;
+}
+
+hos::MemberAccess COMIDispPropInfo::getGetAccess() const {
+    return access & DISPATCH_PROPERTYGET ? everybody : nobody;
+}
+
+hos::MemberAccess COMIDispPropInfo::getSetAccess() const {
+    return access & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF) ? everybody : nobody;
+}
+
+hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface* object) {
+    IDispatch* server = serverOf(object);
+    COMExcepInfo excepInfo(true);
+    UINT argumentError = 0;
+    platform::ScopedVariant result;
+    DISPPARAMS params{};
+    const HRESULT hr = guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                     &params, result.inOut(), &excepInfo.info, &argumentError);
+    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, 0);
+    if ((result->vt & VT_TYPEMASK) == VT_ERROR)
+        throwCOMError(result->scode, COMExcepInfo(false), 0, 0);
+    *out = needsOwner(converter->vartype)
+               ? converter->fromVariantFor(result.get(), hos::HOSInterfacePtr(object), name.c_str())
+               : converter->fromVariant(result.get());
+    return out;
+}
+
+void COMIDispPropInfo::setValue(hos::HOSInterface* object, hos::HOSValue hostValue) {
+    if (converter->vartype == VT_VOID) hmsgcore::raise(VELMAR::COM::invalidargumenttype());
+    IDispatch* server = serverOf(object);
+    platform::ScopedVariant value;
+    VARIANT scratch{};
+    converter->toVariant(hostValue, value.inOut(), &scratch, false);
+    converter->retainForPut(value.inOut());
+
+    COMExcepInfo excepInfo(true);
+    UINT argumentError = 0;
+    const WORD flags =
+        access & DISPATCH_PROPERTYPUT ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYPUTREF;
+    DISPID named = DISPID_PROPERTYPUT;
+    DISPPARAMS params{value.inOut(), &named, 1, 1};
+    const HRESULT hr = guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, flags, &params, nullptr,
+                                     &excepInfo.info, &argumentError);
+    value.reset();
+    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, 1);
+}
+
+void COMIDispPropInfo::destroyValue(hos::HOSInterface*, hos::HOSValue value) {
+    if (const hos::HOSDataTypePtr type = converter->getDataType()) type->releaseValue(value);
+}
+
+} // namespace axlink2

@@ -1,0 +1,87 @@
+// actxserver: a new server and an object of its class.
+#include "classmodel/class_description.h"
+#include "classmodel/namespaces.h"
+#include "classmodel/object_creation.h"
+#include "comruntime/class_names.h"
+#include "comruntime/server_creation.h"
+#include "comruntime/text_argument.h"
+#include "entry/builtin_arguments.h"
+#include "entry/entry.h"
+#include "entry/server_options.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "host/text.h"
+#include "platform/holders.h"
+
+namespace axlink2 {
+namespace {
+
+using platform::ComPtr;
+
+[[noreturn]] void raiseCreationFailure(HRESULT hr, const std::string& progId) {
+    if (hr == CO_E_CLASSSTRING)
+        hmsgcore::raise("VELMAR:COM:InvalidProgid",
+                        VELMAR::COM::servercreationfailedProgid(progId));
+    raiseServerCreationFailed(hr);
+}
+
+HRESULT initializeThread() {
+    const HRESULT hr = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    // Initialised before: this call's share is given back.
+    if (hr == S_FALSE) CoUninitialize();
+    return hr;
+}
+
+// The first server of a ProgID, from whose type information the class is made.
+ComPtr<IDispatch> startFirstServer(const std::string& progId, const platform::OleString& machine) {
+    const _bstr_t wideProgId(progId.c_str());
+    CLSID clsid{};
+    ComPtr<IDispatch> server;
+    HRESULT hr = CLSIDFromProgID(wideProgId, &clsid);
+    if (SUCCEEDED(hr)) hr = initializeThread();
+    if (SUCCEEDED(hr)) hr = createServerDispatch(clsid, server.put(), machine);
+    if (FAILED(hr)) raiseCreationFailure(hr, progId);
+    return server;
+}
+
+harray::unique_array firstObject(const std::string& progId, const std::string& className,
+                                 const platform::OleString& machine) {
+    ComPtr<IDispatch> server = startFirstServer(progId, machine);
+    const NewObject made =
+        makeFirstObject(comNamespace, new COMCoclassClassInfo(className, server.get()));
+    made.record->dispatch = server.detach();
+    return objectArray(made);
+}
+
+harray::unique_array furtherObject(hos::HOSClass* owner, const platform::OleString& machine) {
+    const NewObject made = makeObject(owner);
+    const auto* info = static_cast<const COMCoclassClassInfo*>(owner->getClassInfo());
+    createInstanceServer(&made.record->dispatch, info->classId, machine);
+    return objectArray(made);
+}
+
+harray::unique_array createServerObject(const std::string& progId,
+                                        const platform::OleString& machine) {
+    const std::string className = encodeClassName(progId);
+    hos::HOSClass* owner = findClass(comNamespace, className);
+    return owner ? furtherObject(owner, machine) : firstObject(progId, className, machine);
+}
+
+} // namespace
+} // namespace axlink2
+
+void COM2::actxserver(int nlhs, ArrayHandle* plhs, int nrhs, const hxArray* const* prhs) {
+    using namespace axlink2;
+    requireCounts(nlhs, nrhs, 5);
+    const ServerOptions options = parseServerOptions(nrhs, prhs);
+    if (!hoststring::isNonMissingScalarText(prhs[0], 1)) {
+        const hbase::core::except::Exception<VELMAR::COM::invalidArg> error{
+            VELMAR::COM::invalidArg()};
+        harray::detail::do_legacy_hx_error(error);
+        throw error;
+    }
+    const std::string progId = readNarrowText(prhs[0]);
+    const platform::OleString machine =
+        options.machine ? hsys::i18n::to_wstring(*options.machine) : platform::OleString();
+    plhs[0] = createServerObject(progId, machine);
+}

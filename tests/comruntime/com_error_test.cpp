@@ -1,0 +1,222 @@
+// Failed calls as host errors: identifiers, texts, and what a fault in a server becomes.
+#include "comruntime/com_error.h"
+#include "comruntime/system_message.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+#include "host/text.h"
+#include "support/alive_check.h"
+
+#include <functional>
+
+namespace {
+
+using namespace axlink2;
+using COMError = hbase::core::except::Exception<VELMAR::COM::COMException, std::exception, void>;
+
+std::u16string catalogue(const hmsgcore::BaseMsgID& message) {
+    return hsys::i18n::MessageCatalog::get_message(message, hsys::i18n::HsysLocale::global());
+}
+
+struct Record {
+    const OLECHAR* source = nullptr;
+    const OLECHAR* description = nullptr;
+    const OLECHAR* helpFile = nullptr;
+    DWORD helpContext = 0;
+    WORD wCode = 0;
+    SCODE scode = 0;
+};
+
+struct Thrown {
+    std::string identifier;
+    std::u16string argument; // of the message COMException
+    std::u16string text;
+};
+
+Thrown thrown(HRESULT hr, const Record& record = {}, UINT argumentError = 0, UINT argumentCount = 0,
+              bool active = true) {
+    COMExcepInfo excepInfo(active);
+    excepInfo.info.bstrSource = SysAllocString(record.source);
+    excepInfo.info.bstrDescription = SysAllocString(record.description);
+    excepInfo.info.bstrHelpFile = SysAllocString(record.helpFile);
+    excepInfo.info.dwHelpContext = record.helpContext;
+    excepInfo.info.wCode = record.wCode;
+    excepInfo.info.scode = record.scode;
+    try {
+        throwCOMError(hr, excepInfo, argumentError, argumentCount);
+    } catch (const COMError& error) {
+        return {error.GetErrorId(), std::get<std::u16string>(error.message().arguments.at(0)),
+                error.GetUnicodeMessageTxt()};
+    }
+}
+
+TEST(COMErrorText, EveryDispatchCodeHasItsOwnMessageAndIdentifier) {
+    using namespace VELMAR::COM;
+    struct Row {
+        HRESULT hr;
+        std::u16string text;
+        const char* identifier;
+    };
+    const Row rows[] = {
+        {DISP_E_MEMBERNOTFOUND, catalogue(DISP_E_MEMBERNOTFOUND_ErrMsg()),
+         "VELMAR:COM:E2147614723"},
+        {DISP_E_PARAMNOTFOUND, catalogue(DISP_E_PARAMNOTFOUND_ErrMsg(1)), "VELMAR:COM:E2147614724"},
+        {DISP_E_TYPEMISMATCH, catalogue(DISP_E_TYPEMISMATCH_ErrMsg(1)), "VELMAR:COM:E2147614725"},
+        {DISP_E_UNKNOWNNAME, catalogue(DISP_E_UNKNOWNNAME_ErrMsg()), "VELMAR:COM:E2147614726"},
+        {DISP_E_NONAMEDARGS, catalogue(DISP_E_NONAMEDARGS_ErrMsg()), "VELMAR:COM:E2147614727"},
+        {DISP_E_OVERFLOW, catalogue(DISP_E_OVERFLOW_ErrMsg()), "VELMAR:COM:E2147614730"},
+        {DISP_E_UNKNOWNLCID, catalogue(DISP_E_UNKNOWNLCID_ErrMsg()), "VELMAR:COM:E2147614732"},
+        {DISP_E_BADPARAMCOUNT, catalogue(DISP_E_BADPARAMCOUNT_ErrMsg()), "VELMAR:COM:E2147614734"},
+        {DISP_E_PARAMNOTOPTIONAL, catalogue(DISP_E_PARAMNOTOPTIONAL_ErrMsg()),
+         "VELMAR:COM:E2147614735"},
+        // Without a message of their own.
+        {DISP_E_BADVARTYPE, catalogue(DISP_E_default_ErrMsg(systemMessageText(DISP_E_BADVARTYPE))),
+         "VELMAR:COM:E2147614728"},
+        {DISP_E_BADINDEX, catalogue(DISP_E_default_ErrMsg(systemMessageText(DISP_E_BADINDEX))),
+         "VELMAR:COM:E2147614731"},
+        {E_FAIL, catalogue(DISP_E_default_ErrMsg(systemMessageText(E_FAIL))),
+         "VELMAR:COM:E2147500037"},
+        // Unknown to the system as well.
+        {static_cast<HRESULT>(0x8BADF00D), catalogue(DISP_E_default_ErrMsgErrCode("8BADF00D")),
+         "VELMAR:COM:E2343432205"},
+    };
+    for (const Row& row : rows) {
+        const Thrown error = thrown(row.hr, {}, 0, 1);
+        EXPECT_EQ(error.argument, row.text) << row.identifier;
+        EXPECT_EQ(error.identifier, row.identifier);
+        EXPECT_NE(error.text.find(row.text), std::u16string::npos) << row.identifier;
+    }
+}
+
+TEST(COMErrorText, CountsArgumentsFromTheLeft) {
+    using VELMAR::COM::DISP_E_TYPEMISMATCH_ErrMsg;
+    EXPECT_EQ(thrown(DISP_E_TYPEMISMATCH, {}, 2, 3).argument,
+              catalogue(DISP_E_TYPEMISMATCH_ErrMsg(1)));
+    EXPECT_EQ(thrown(DISP_E_TYPEMISMATCH, {}, 0, 3).argument,
+              catalogue(DISP_E_TYPEMISMATCH_ErrMsg(3)));
+    // A server that reports an argument which isn't there.
+    EXPECT_EQ(thrown(DISP_E_TYPEMISMATCH, {}, 5, 3).argument,
+              catalogue(DISP_E_TYPEMISMATCH_ErrMsg(4294967294)));
+}
+
+TEST(COMErrorText, KeepsEverythingThatTheServerSaid) {
+    using namespace VELMAR::COM;
+    const auto source = [](const char16_t* text) {
+        return catalogue(DISP_E_EXCEPTION_PartSourceMsg(text));
+    };
+    const auto description = [](const char16_t* text) {
+        return catalogue(DISP_E_EXCEPTION_PartDescriptionMsg(text));
+    };
+    const auto whole = [](const std::u16string& text) {
+        return catalogue(DISP_E_EXCEPTION_ErrMsgNL(text));
+    };
+    const auto system = [](HRESULT code) {
+        return catalogue(DISP_E_EXCEPTION_ErrMsg(systemMessageText(code)));
+    };
+    struct Row {
+        const char* what;
+        Record record;
+        std::u16string text;
+        const char* identifier;
+    };
+    const Row rows[] = {
+        {"source and description",
+         {.source = OLESTR("S"), .description = OLESTR("D")},
+         whole(source(u"S") + description(u"D")),
+         "VELMAR:COM:E2147614729"},
+        {"help file with context 0",
+         {.source = OLESTR("S"), .description = OLESTR("D"), .helpFile = OLESTR("h.chm")},
+         whole(source(u"S") + description(u"D") +
+               catalogue(DISP_E_EXCEPTION_PartHelpFileMsg(u"h.chm")) +
+               catalogue(DISP_E_EXCEPTION_PartHelpContextID("0"))),
+         "VELMAR:COM:E2147614729"},
+        {"help context in hexadecimal, and a code",
+         {.description = OLESTR("D"),
+          .helpFile = OLESTR("h.chm"),
+          .helpContext = 0xAB,
+          .wCode = 1000},
+         whole(description(u"D") + catalogue(DISP_E_EXCEPTION_PartHelpFileMsg(u"h.chm")) +
+               catalogue(DISP_E_EXCEPTION_PartHelpContextID("AB"))),
+         "VELMAR:COM:E1000"},
+        {"empty description",
+         {.description = OLESTR("")},
+         whole(description(u"")),
+         "VELMAR:COM:E2147614729"},
+        {"source alone, the system speaks",
+         {.source = OLESTR("S"), .scode = E_FAIL},
+         system(E_FAIL),
+         "VELMAR:COM:E2147500037"},
+        {"wCode wins over scode",
+         {.wCode = 42, .scode = E_FAIL},
+         catalogue(DISP_E_default_ErrMsgErrCode("2A")),
+         "VELMAR:COM:E42"},
+        {"no code at all", {}, system(DISP_E_EXCEPTION), "VELMAR:COM:E2147614729"},
+    };
+    for (const Row& row : rows) {
+        const Thrown error = thrown(DISP_E_EXCEPTION, row.record);
+        EXPECT_EQ(error.argument, row.text) << row.what;
+        EXPECT_EQ(error.identifier, row.identifier) << row.what;
+    }
+}
+
+TEST(COMErrorText, TakesTheCodeOfTheRecordForAnyFailureAndNothingFromAnInactiveOne) {
+    const Record record{.description = OLESTR("D"), .wCode = 7};
+    EXPECT_EQ(thrown(DISP_E_OVERFLOW, record).identifier, "VELMAR:COM:E7");
+    const Thrown inactive = thrown(DISP_E_EXCEPTION, record, 0, 0, false);
+    EXPECT_EQ(inactive.identifier, "VELMAR:COM:E2147614729");
+    EXPECT_EQ(inactive.argument,
+              catalogue(VELMAR::COM::DISP_E_EXCEPTION_ErrMsg(systemMessageText(DISP_E_EXCEPTION))));
+}
+
+// A server of which only Invoke and GetTypeInfo are ever called.
+class Faulty : public IDispatch {
+  public:
+    explicit Faulty(std::function<HRESULT()> answer) : answer_(std::move(answer)) {}
+    virtual ~Faulty() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return answer_(); }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        return answer_();
+    }
+
+  private:
+    std::function<HRESULT()> answer_;
+};
+
+HRESULT invoke(IDispatch* server) {
+    DISPPARAMS params{};
+    COMExcepInfo excepInfo(true);
+    return guardedInvoke(server, 1, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
+                         &excepInfo.info, nullptr);
+}
+
+// Not for the sanitizer that would stop before the processor does.
+[[gnu::no_sanitize("undefined")]] HRESULT writeToNull() {
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 1;
+    return S_OK;
+}
+
+TEST(GuardedCalls, TurnFaultsInTheServerIntoAResultAndPassOthersOn) {
+    Faulty nullWrite(writeToNull);
+    Faulty thrower([]() -> HRESULT { throw 1; });
+    Faulty busy([] { return RPC_E_CALL_REJECTED; });
+    ITypeInfo* info = nullptr;
+    for (IDispatch* faulty :
+         {static_cast<IDispatch*>(&nullWrite), static_cast<IDispatch*>(&thrower)}) {
+        EXPECT_EQ(invoke(faulty), DISP_E_EXCEPTION);
+        EXPECT_EQ(guardedGetTypeInfo(faulty, &info), E_FAIL);
+    }
+    EXPECT_EQ(invoke(&busy), RPC_E_CALL_REJECTED);
+    EXPECT_EQ(guardedGetTypeInfo(&busy, &info), RPC_E_CALL_REJECTED);
+    EXPECT_EQ(invoke(nullptr), DISP_E_EXCEPTION);
+}
+
+} // namespace

@@ -1,0 +1,253 @@
+// Method calls: what a member declares, what reaches the server, what comes back.
+#include "dispatch/method_info.h"
+#include "host/text.h"
+#include "support/server_fixture.h"
+
+#include <array>
+
+namespace {
+
+using namespace axlink2;
+using namespace axlink2::test;
+using hos::HOSValue;
+using platform::OleString;
+
+class Methods : public kit::DispatchObject {
+  public:
+    Methods() : DispatchObject(definition()) {}
+    static const kit::ClassDefinition& definition();
+
+    void reset() {}
+    double twice(double x) { return 2 * x; }
+    double scale(double x, kit::Optional<double> factor) { return x * factor.value_or(10); }
+    void optionalThenOut(double, kit::Optional<double>, kit::Out<double> c) { c = 5; }
+    void out(double a, kit::Out<double> c) { c = a + 1; }
+    double results(kit::Out<LONG> first, kit::Out<OleString> second) {
+        first = 3;
+        second = OLESTR("text");
+        return 1.5;
+    }
+    void pair(kit::Out<LONG> first, kit::Out<OleString> second) { results(first, second); }
+    void swap(kit::InOut<LONG> a, kit::InOut<LONG> b) { std::swap(a.value, b.value); }
+    OleString item(LONG index) { return index == 1 ? OLESTR("one") : OLESTR("other"); }
+    LONG small() { return 70000; }
+    void take(IDispatch* first, OleString) { takenReferences = references(first); }
+    IDispatch* nothing() { return nullptr; }
+    platform::ComPtr<IDispatch> self() { return platform::ComPtr<IDispatch>::borrow(this); }
+    void giveSelf(kit::Out<platform::ComPtr<IDispatch>> object) { object = self(); }
+    double fail(LONG result) { throw kit::ComFailure{result, 1}; }
+
+    static ULONG references(IDispatch* object) {
+        object->AddRef();
+        return object->Release();
+    }
+    static inline ULONG takenReferences = 0;
+};
+
+const kit::ClassDefinition& Methods::definition() {
+    static const auto made =
+        kit::ClassBuilder<Methods>("Methods", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E001"),
+                                   kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E002"))
+            .method("Reset", &Methods::reset)
+            .method("Twice", &Methods::twice, {"x"})
+            .method("Scale", &Methods::scale, {"x", "factor"})
+            .method("OptionalThenOut", &Methods::optionalThenOut, {"a", "b", "c"})
+            .method("Out", &Methods::out, {"a", "c"})
+            .method("Results", &Methods::results, {"first", "second"})
+            .method("Pair", &Methods::pair, {"first", "second"})
+            .method("Swap", &Methods::swap, {"a", "b"})
+            .property("Item", &Methods::item, std::vector<std::string>{"index"})
+            .method("Small", &Methods::small)
+            .declare(VT_I2)
+            .method("Take", &Methods::take, {"object", "text"})
+            .method("Self", &Methods::self)
+            .method("GiveSelf", &Methods::giveSelf, {"object"})
+            .method("Fail", &Methods::fail, {"result"})
+            .raw({.name = "Crash", .result = VT_R8},
+                 [](Methods&, kit::Call&) -> HRESULT { throw std::runtime_error("crash"); })
+            .build();
+    return *made;
+}
+
+struct MethodCall : ServerTest {
+    Array object = start<Methods>("Test.Methods");
+    kit::CallLog log;
+
+    // The member's own operation, with exactly these inputs behind the object and this count.
+    struct Answer {
+        std::uint32_t count;
+        std::array<HOSValue, 4> outputs;
+    };
+    Answer invoke(const char* name, std::uint32_t outputs, std::vector<HOSValue> inputs = {}) {
+        inputs.insert(inputs.begin(), HOSValue::ofPointer(object.get()));
+        Answer answer{outputs, {}};
+        method(object, name)
+            ->invoke(nullptr, &answer.count, answer.outputs.data(),
+                     static_cast<std::int32_t>(inputs.size()), inputs.data());
+        return answer;
+    }
+    const kit::LoggedCall& onlyCall() {
+        EXPECT_EQ(log.calls().size(), 1u);
+        return log.calls().at(0);
+    }
+};
+
+HOSValue real(double x) { return HOSValue::ofDouble(x); }
+HOSValue integer(std::int64_t i) { return HOSValue::ofInteger(i); }
+std::string taken(HOSValue text) {
+    const std::unique_ptr<std::u16string> owned(text.pointer<std::u16string>());
+    return hsys::i18n::to_string(*owned);
+}
+
+TEST_F(MethodCall, DeclaresInputsAndOutputsInHostTypes) {
+    const std::string own = "COM.Test_Methods";
+    using Names = std::vector<std::string>;
+    struct Row {
+        const char* name;
+        Names inputs;
+        Names outputs;
+    };
+    const Row rows[] = {
+        {"Reset", {own}, {}},
+        {"Twice", {own, "double scalar"}, {"double scalar"}},
+        {"Scale", {own, "double scalar", "double scalar"}, {"double scalar"}},
+        {"Results", {own}, {"double scalar", "int32 scalar", "unicodeString"}},
+        {"Swap", {own, "int32 scalar", "int32 scalar"}, {"int32 scalar", "int32 scalar"}},
+        {"Item", {own, "int32 scalar"}, {"unicodeString"}},
+        {"Take", {own, "handle", "unicodeString"}, {}},
+        {"Self", {own}, {"handle"}},
+    };
+    for (const Row& row : rows) {
+        hos::Enumeration<hos::id> inputs;
+        hos::Enumeration<hos::id> outputs;
+        const hos::HOSMethodSignature* signature = method(object, row.name)->getSignature();
+        EXPECT_EQ(namesOf(std::move(*signature->getInputs(&inputs))), row.inputs) << row.name;
+        EXPECT_EQ(namesOf(std::move(*signature->getOutputs(&outputs))), row.outputs) << row.name;
+    }
+}
+
+TEST_F(MethodCall, MakesOneInvokeWithTheArgumentsInReverse) {
+    EXPECT_EQ(invoke("Scale", 1, {real(2), real(3)}).outputs[0].number(), 6.0);
+    const kit::LoggedCall& call = onlyCall();
+    EXPECT_EQ(call.riid, IID_NULL);
+    EXPECT_EQ(call.lcid, LOCALE_USER_DEFAULT);
+    EXPECT_EQ(call.flags, DISPATCH_METHOD);
+    EXPECT_TRUE(call.wantsResult && call.wantsExcepInfo && call.wantsArgumentError);
+    EXPECT_TRUE(call.named.empty());
+    ASSERT_EQ(call.arguments.size(), 2u);
+    EXPECT_EQ(call.arguments[0].value->dblVal, 3.0);
+    EXPECT_EQ(call.arguments[1].value->dblVal, 2.0);
+}
+
+TEST_F(MethodCall, WithoutParametersAndResultLeavesTheOutputsAlone) {
+    EXPECT_EQ(invoke("Reset", 0).count, 0u);
+    EXPECT_TRUE(onlyCall().arguments.empty());
+    EXPECT_TRUE(onlyCall().wantsResult);
+}
+
+TEST_F(MethodCall, PassesNothingForWhatWasLeftOut) {
+    EXPECT_EQ(invoke("Scale", 1, {real(2)}).outputs[0].number(), 20.0);
+    EXPECT_EQ(onlyCall().arguments.size(), 1u);
+    log.clear();
+    // Behind a left-out input no output is passed either: the server refuses the short call.
+    EXPECT_NE(errorOf([&] { invoke("OptionalThenOut", 1, {real(2)}); }), "");
+    EXPECT_EQ(onlyCall().arguments.size(), 1u);
+}
+
+TEST_F(MethodCall, OffersAViewForAnOutput) {
+    const Answer answer = invoke("Out", 0, {real(1)});
+    EXPECT_EQ(answer.count, 1u);
+    EXPECT_EQ(answer.outputs[0].number(), 2.0);
+    ASSERT_EQ(onlyCall().arguments.size(), 2u);
+    EXPECT_EQ(onlyCall().arguments[0].vt, VT_BYREF | VT_R8);
+    EXPECT_EQ(onlyCall().arguments[1].vt, VT_R8);
+}
+
+TEST_F(MethodCall, DeliversTheResultFirstThenTheOutputsThatWereWanted) {
+    const Answer all = invoke("Results", 3);
+    EXPECT_EQ(all.outputs[0].number(), 1.5);
+    EXPECT_EQ(all.outputs[1].integer(), 3);
+    EXPECT_EQ(taken(all.outputs[2]), "text");
+
+    const Answer one = invoke("Results", 1);
+    EXPECT_EQ(one.outputs[0].number(), 1.5);
+    EXPECT_TRUE(one.outputs[1].isNull());
+
+    const Answer first = invoke("Pair", 1);
+    EXPECT_EQ(first.outputs[0].integer(), 3);
+    EXPECT_TRUE(first.outputs[1].isNull());
+    const Answer none = invoke("Pair", 0);
+    EXPECT_EQ(none.count, 1u);
+    EXPECT_EQ(none.outputs[0].integer(), 3);
+}
+
+TEST_F(MethodCall, GivesBackWhatTheServerWroteIntoInputs) {
+    const Answer answer = invoke("Swap", 2, {integer(1), integer(2)});
+    EXPECT_EQ(answer.outputs[0].integer(), 2);
+    EXPECT_EQ(answer.outputs[1].integer(), 1);
+    EXPECT_EQ(onlyCall().arguments[0].vt, VT_BYREF | VT_I4);
+}
+
+TEST_F(MethodCall, ReadsAPropertyWithAnIndexAsAGet) {
+    EXPECT_EQ(taken(invoke("Item", 1, {integer(1)}).outputs[0]), "one");
+    EXPECT_EQ(onlyCall().flags, DISPATCH_PROPERTYGET);
+    EXPECT_TRUE(onlyCall().named.empty());
+    EXPECT_EQ(onlyCall().arguments.size(), 1u);
+}
+
+TEST_F(MethodCall, GivesAnInterfaceAReferenceForTheTimeOfTheCall) {
+    const std::u16string text = u"x";
+    invoke("Take", 0, {HOSValue::ofPointer(object.get()), HOSValue::ofPointer(&text)});
+    EXPECT_EQ(onlyCall().arguments[1].vt, VT_DISPATCH);
+    // The object's own, the call's, and the log's.
+    EXPECT_EQ(Methods::takenReferences, 3u);
+    // A conversion that fails after the interface was taken gives nothing back too often.
+    const Array noText = scalar(1);
+    EXPECT_NE(errorOf([&] { call(object, "Take", 0, {object.get(), noText.get()}); }), "");
+}
+
+TEST_F(MethodCall, KeepsNoReferenceOfWhatItCannotWrapYet) {
+    EXPECT_TRUE(invoke("Self", 1).outputs[0].isNull());
+    EXPECT_TRUE(invoke("GiveSelf", 1).outputs[0].isNull());
+}
+
+TEST_F(MethodCall, ReportsFailuresWithTheArgumentThatTheServerNamed) {
+    const auto error = describedErrorOf([&] { invoke("Fail", 1, {integer(DISP_E_TYPEMISMATCH)}); });
+    EXPECT_EQ(error.identifier, "VELMAR:COM:E2147614725");
+    EXPECT_EQ(errorOf([&] { invoke("Crash", 1); }), "VELMAR:COM:E2147614729");
+    // A result that doesn't fit what was declared.
+    EXPECT_EQ(errorOf([&] { invoke("Small", 1); }), "VELMAR:COM:E2147614730");
+    EXPECT_EQ(invoke("Twice", 1, {real(4)}).outputs[0].number(), 8.0);
+}
+
+TEST_F(MethodCall, NeedsALiveObject) {
+    const auto invokeOn = [&](const hxArray* array) {
+        HOSValue inputs[] = {HOSValue::ofPointer(array)};
+        std::uint32_t count = 1;
+        HOSValue output;
+        method(object, "Reset")->invoke(nullptr, &count, &output, 1, inputs);
+    };
+    hos::HOSClass* owner = hoGetArrayElement(object.get(), 0)->getClass();
+    hos::id classId;
+    const Array empty(hoCreateHOSMatrix(0, 0, *owner->getID(&classId)));
+    const Array deleted = startRegistered("Test.Methods");
+    hoGetArrayElement(deleted.get(), 0)->destroy(hos::HOSGetPublicClient());
+    log.clear();
+    for (const hxArray* array :
+         {static_cast<const hxArray*>(nullptr), static_cast<const hxArray*>(empty.get()),
+          static_cast<const hxArray*>(deleted.get())})
+        EXPECT_EQ(errorOf([&] { invokeOn(array); }), "VELMAR:class:InvalidHandle");
+    EXPECT_TRUE(log.calls().empty());
+}
+
+TEST_F(MethodCall, ComesFromTheLanguageWithConversionsAndChoice) {
+    const Array two = scalar(2.4);
+    EXPECT_EQ(number(call(object, "Twice", 1, {two.get()})[0].get()), 4.8);
+    const auto swapped = call(object, "Swap", 2, {two.get(), two.get()});
+    EXPECT_EQ(hxGetClassID(swapped[0].get()), hxINT32_CLASS);
+    EXPECT_EQ(number(swapped[0].get()), 2.0);
+    EXPECT_NE(errorOf([&] { call(object, "Twice", 1); }), "");
+    EXPECT_NE(errorOf([&] { call(object, "NoSuchMember", 1); }), "");
+}
+
+} // namespace
