@@ -123,12 +123,22 @@ struct SafeArrayTraits : PointerTraits<SAFEARRAY*> {
     static SAFEARRAY* duplicate(SAFEARRAY* array);
 };
 
+// Whether a VARIANT of that type owns something that VariantClear gives back. Numbers don't, nor
+// references; clearing them would be a call into the system for nothing.
+constexpr bool ownsContent(VARTYPE vt) noexcept {
+    if (vt & VT_BYREF) return false;
+    return vt > VT_UINT || vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_UNKNOWN ||
+           vt == VT_VARIANT;
+}
+
 struct VariantTraits {
     using Value = VARIANT;
     static constexpr bool copyable = false;
     static VARIANT empty() noexcept { return VARIANT{}; }
     static bool isEmpty(const VARIANT& value) noexcept { return value.vt == VT_EMPTY; }
-    static void close(VARIANT& value) noexcept { VariantClear(&value); }
+    static void close(VARIANT& value) noexcept {
+        if (ownsContent(value.vt)) VariantClear(&value);
+    }
     // Raises std::bad_alloc, std::invalid_argument for what can't be copied.
     static VARIANT duplicate(const VARIANT& value);
 };
