@@ -1,0 +1,83 @@
+// velsh: tries and scripts Automation servers.
+#include "host/embedding.h"
+#include "platform/registry_files.h"
+#include "shell/completion.h"
+#include "shell/console.h"
+#include "shell/describe.h"
+
+#include <CLI/CLI.hpp>
+
+#define BOOST_DLL_USE_STD_FS
+#include <boost/dll/runtime_symbol_info.hpp>
+
+#include <cstdio>
+
+namespace {
+
+struct Options {
+    std::vector<std::filesystem::path> files;
+    std::vector<std::filesystem::path> classes;
+    std::filesystem::path module;
+    std::string code;
+    std::string progId;
+};
+
+void addOptions(CLI::App& app, Options& options) {
+    app.add_option("FILE", options.files, "Programs to run, one after the other; none: a prompt")
+        ->type_name("");
+    app.add_option("-e", options.code, "Run this code")->type_name("CODE");
+    app.add_option("--describe", options.progId,
+                   "Show the class of a server: its members and types")
+        ->type_name("PROGID");
+    app.add_option("--classes", options.classes, "Class registrations to bring in, a .reg file")
+        ->type_name("FILE")
+        ->allow_extra_args(false); // what follows the file is a program
+    app.add_option("--module", options.module,
+                   "The client module; by default the one beside this program")
+        ->type_name("FILE");
+    app.set_version_flag("--version", "velsh " AXLINK2_VERSION);
+}
+
+void start(const Options& options) {
+    platform::loadUserRegistryFiles();
+    for (const auto& file : options.classes)
+        platform::loadRegistryFile(file);
+    velmar::loadModule(options.module.empty()
+                           ? boost::dll::program_location().parent_path() / AXLINK2_MODULE
+                           : options.module);
+}
+
+bool runSession(const Options& options, bool hasCode) {
+    velsh::Session session;
+    if (hasCode && !session.run(options.code, "")) return false;
+    for (const auto& file : options.files)
+        if (!session.runFile(file)) return false;
+    if (hasCode || !options.files.empty()) return true;
+    const auto reader = velsh::makeLineReader(
+        [&](const std::string& word) { return velsh::complete(session.variables(), word); });
+    return velsh::runConsole(session, *reader);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Tries and scripts Automation servers.", "velsh");
+    Options options;
+    addOptions(app, options);
+    CLI11_PARSE(app, argc, argv);
+    try {
+        start(options);
+    } catch (const std::exception& error) {
+        velsh::reportError(std::string("velsh: ") + error.what());
+        return 1;
+    }
+    try {
+        if (app.count("--describe") == 0) return runSession(options, app.count("-e") > 0) ? 0 : 1;
+        std::fputs(velsh::describeServer(options.progId).c_str(), stdout);
+        return 0;
+    } catch (...) {
+        velsh::reportError("velsh: " +
+                           velsh::errorLine(velmar::describeError(std::current_exception())));
+        return 1;
+    }
+}

@@ -1,0 +1,23 @@
+// Subscripts resolved against an array.
+#pragma once
+
+#include "shell/subscripts.h"
+
+#include <vector>
+
+namespace velsh {
+
+struct Places {
+    std::vector<std::vector<std::size_t>> positions; // 0-based, along each subscript's extent
+    Extents extents;                                 // of the array, as that many subscripts see it
+    Extents needed;                                  // what the subscripts reach, along each extent
+    Extents shape;                                   // of what they read
+};
+
+// Raises for what is no subscript; whether the places exist is the caller's question.
+Places resolve(const hxArray* array, const Subscripts& subscripts);
+
+// 0-based linear places in an array of those extents, in column order.
+std::vector<std::size_t> linearPlaces(const Places& places, const Extents& extents);
+
+} // namespace velsh

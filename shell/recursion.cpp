@@ -1,0 +1,24 @@
+// The limit on how deep evaluation may go.
+#include "shell/recursion.h"
+
+#include "shell/value.h"
+
+namespace velsh {
+
+namespace {
+
+// A level takes a few KiB of the stack in the slowest builds.
+constexpr int limit = 800;
+thread_local int depth = 0;
+
+} // namespace
+
+Recursion::Recursion(int weight) : weight_(weight) {
+    if (depth + weight > limit)
+        raise("toodeep", "The functions call each other, or are nested, too deeply.");
+    depth += weight;
+}
+
+Recursion::~Recursion() { depth -= weight_; }
+
+} // namespace velsh

@@ -1,0 +1,126 @@
+// The built program: exit status and what it writes, as a person at a command line sees it.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace velsh::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status;
+    std::string seen; // both outputs
+    std::size_t lines() const {
+        return static_cast<std::size_t>(std::count(seen.begin(), seen.end(), '\n'));
+    }
+};
+
+// An empty data directory keeps the user's own registrations out.
+class Program : public testing::Test {
+  protected:
+    void SetUp() override {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::temp_directory_path() / (std::string("velsh-test-") + info->name());
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    fs::path write(const std::string& name, const std::string& text) const {
+        fs::create_directories((folder_ / name).parent_path());
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+        return folder_ / name;
+    }
+    static std::string quoted(const fs::path& path) { return "'" + path.string() + "'"; }
+
+    Outcome run(const std::string& arguments) const {
+        const std::string command = "XDG_DATA_HOME=" + quoted(folder_ / "data") + " " +
+                                    VELSH_PROGRAM + " " + arguments + " 2>&1 </dev/null";
+        Outcome outcome{-1, {}};
+        FILE* pipe = popen(command.c_str(), "r");
+        if (!pipe) return outcome;
+        for (int c; (c = std::fgetc(pipe)) != EOF;)
+            outcome.seen += static_cast<char>(c);
+        const int status = pclose(pipe);
+        outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return outcome;
+    }
+    fs::path folder_;
+};
+
+void expectOneErrorLine(const Outcome& outcome, const std::string& part) {
+    EXPECT_EQ(outcome.status, 1) << outcome.seen;
+    EXPECT_EQ(outcome.lines(), 1u) << outcome.seen;
+    EXPECT_NE(outcome.seen.find(part), std::string::npos) << outcome.seen;
+}
+
+} // namespace
+
+TEST_F(Program, SaysWhoItIs) {
+    EXPECT_EQ(run("--help").status, 0);
+    const Outcome version = run("--version");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(version.seen.starts_with("velsh ")) << version.seen;
+}
+
+TEST_F(Program, EndsWithOneLineWhenTheModuleIsMissing) {
+    expectOneErrorLine(run("--module " + quoted(folder_ / "nothing.so") + " -e 1"), "nothing.so");
+}
+
+TEST_F(Program, EndsWithOneLineForBrokenRegistrations) {
+    const fs::path broken = write("broken.reg", "REGEDIT4\n\n[HKEY_CLASSES_ROOT\\A\n");
+    expectOneErrorLine(run("--classes " + quoted(broken) + " -e 1"), "broken.reg:3:");
+    expectOneErrorLine(run("--classes " + quoted(folder_ / "absent.reg") + " -e 1"), "absent.reg");
+    write("data/axlink2/classes/mine.reg", "REGEDIT4\n\nnonsense\n");
+    expectOneErrorLine(run("-e 1"), "mine.reg:3:");
+}
+
+TEST_F(Program, RunsCodeAndFilesAndReportsTheFirstError) {
+    EXPECT_EQ(run("-e 'x = 1 + 1'").seen, "x = 2\n");
+    const fs::path first = write("first.vel", "x = 1;\n");
+    const fs::path second = write("second.vel", "disp(x)\nunknown\n");
+    const Outcome outcome = run(quoted(first) + " " + quoted(second) + " " + quoted(first));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.seen, "1\n" + second.string() +
+                                ":2: \"unknown\" is neither a variable nor a function. "
+                                "(VELMAR:UndefinedFunction)\n");
+    expectOneErrorLine(run("-e 'x = ('"), "1:6: ");
+    expectOneErrorLine(run(quoted(folder_ / "absent.vel")), "absent.vel");
+    expectOneErrorLine(run("-e \"h = actxserver('No.Such.Server')\""), "(VELMAR:COM:");
+    expectOneErrorLine(run("--describe No.Such.Server"), "(VELMAR:COM:");
+}
+
+// The registration that is built beside the program.
+std::string sampleServer() {
+    return "--classes '" + (fs::path(VELSH_PROGRAM).parent_path() / "sample_server.reg").string() +
+           "' ";
+}
+
+TEST_F(Program, RunsTheFirstTour) {
+    const Outcome outcome =
+        run(sampleServer() + quoted(fs::path(VELSH_EXAMPLES) / "quickstart.vel"));
+    EXPECT_EQ(outcome.status, 0) << outcome.seen;
+    for (const char* line :
+         {"Compute(2) gives 5.\n", "17 / 5 is 3, remainder 2.\n", "Hello, world!\n",
+          "color = green\n", "Its value is 42 now.\n", "Its identifier is VELMAR:COM:E1000.\n"})
+        EXPECT_NE(outcome.seen.find(line), std::string::npos) << line << outcome.seen;
+}
+
+TEST_F(Program, DescribesTheClassOfAServer) {
+    const Outcome outcome = run(sampleServer() + "--describe Sample.Server.1");
+    EXPECT_EQ(outcome.status, 0) << outcome.seen;
+    const std::string& seen = outcome.seen;
+    EXPECT_TRUE(seen.starts_with("COM.Sample_Server_1\n\nMethods\n")) << seen;
+    for (const char* part :
+         {"[int32 scalar, int32 scalar] = Divide(int32 scalar, int32 scalar)",
+          "Greet([unicodeString])", "\nProperties\n", " Count ", "\nEvents\n", "Renamed(",
+          "\nEnumerations\n", " crimson  -1\n", "\nBuilt-in methods\n"})
+        EXPECT_NE(seen.find(part), std::string::npos) << part << seen;
+}
+
+} // namespace velsh::test
