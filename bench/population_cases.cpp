@@ -60,7 +60,9 @@ void populate(std::size_t count) {
     static int classes = 0;
     for (; count > 0; --count) {
         const std::string name = "BenchLarge" + std::to_string(++classes);
-        makeFirstObject("Interface", new COMInterfaceClassInfo(name, server()));
+        makeObjectFrom(
+            addClass("Interface", std::make_unique<COMInterfaceClassInfo>(name, server())),
+            server());
     }
 }
 

@@ -1,6 +1,7 @@
 // Class descriptions: construction, and the records of their objects.
 #include "classmodel/class_description.h"
 
+#include "classmodel/object_tree.h"
 #include "comruntime/class_names.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
@@ -16,7 +17,9 @@ void* COMBaseClassInfo::createInstanceData() { return new COMInstanceRecord(); }
 
 void COMBaseClassInfo::destroyInstanceData(hos::HOSInterface*, void* record) {
     const std::unique_ptr<COMInstanceRecord> owned(static_cast<COMInstanceRecord*>(record));
-    if (owned) releaseServerReferences(*owned);
+    if (!owned) return;
+    detachFromTree(*owned);
+    releaseServerReferences(*owned);
 }
 
 COMCoclassClassInfo::COMCoclassClassInfo(const std::string& name, IDispatch* server)

@@ -22,16 +22,19 @@ NewObject makeObject(hos::HOSClass* owner) {
     return made;
 }
 
-NewObject makeFirstObject(const char* namespaceName, COMBaseClassInfo* info) {
-    // The class outlives the server that the caller holds, also when no object comes into being.
-    struct ForgetServer {
+NewObject makeObjectFrom(hos::HOSClass* owner, IDispatch* server) {
+    struct Lend {
         COMBaseClassInfo* info;
-        ~ForgetServer() { info->server = nullptr; }
-    };
+        ~Lend() { info->server = nullptr; }
+    } const lend{static_cast<COMBaseClassInfo*>(owner->getClassInfo())};
+    lend.info->server = server;
+    return makeObject(owner);
+}
+
+hos::HOSClass* addClass(const char* namespaceName, std::unique_ptr<COMBaseClassInfo> info) {
     const std::string className = info->className;
-    hos::HOSPackage::getNamespace(internedId(namespaceName))->addClass(info, 0, 2);
-    const ForgetServer forget{info};
-    return makeObject(findClass(namespaceName, className));
+    hos::HOSPackage::getNamespace(internedId(namespaceName))->addClass(info.release(), 0, 2);
+    return findClass(namespaceName, className);
 }
 
 harray::unique_array objectArray(const NewObject& made) {

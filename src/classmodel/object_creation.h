@@ -5,6 +5,7 @@
 #include "host/array.h"
 #include "host/class.h"
 
+#include <memory>
 #include <string>
 
 namespace axlink2 {
@@ -22,9 +23,12 @@ struct NewObject {
 };
 NewObject makeObject(hos::HOSClass* owner);
 
-// Adds a class to a namespace, which takes the description over, and makes its first object. The
-// class is populated from `info->server` meanwhile, and forgets it.
-NewObject makeFirstObject(const char* namespaceName, COMBaseClassInfo* info);
+// The same with a server for the class to be populated from, should this be its first object. The
+// class forgets it again: nobody keeps the server alive for it.
+NewObject makeObjectFrom(hos::HOSClass* owner, IDispatch* server);
+
+// Adds a class to a namespace, unless it has one of that name already, and gives the live class.
+hos::HOSClass* addClass(const char* namespaceName, std::unique_ptr<COMBaseClassInfo> info);
 
 // A 1-by-1 object array that holds the object.
 harray::unique_array objectArray(const NewObject& made);

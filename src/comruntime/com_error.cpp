@@ -6,6 +6,7 @@
 #include "host/message_ids.h"
 #include "host/text.h"
 #include "platform/guarded_call.h"
+#include "platform/holders.h"
 
 #include <boost/format.hpp>
 
@@ -103,6 +104,8 @@ void COMExcepInfo::freeTexts() {
 HRESULT guardedInvoke(IDispatch* target, DISPID id, LCID lcid, WORD flags, DISPPARAMS* params,
                       VARIANT* result, EXCEPINFO* excepInfo, UINT* argumentError) {
     if (!target) return DISP_E_EXCEPTION;
+    // The object may end while its server calls back.
+    const auto kept = platform::ComPtr<IDispatch>::borrow(target);
     HRESULT hr = DISP_E_EXCEPTION;
     const platform::Fault fault = platform::guarded([&] {
         hr = target->Invoke(id, IID_NULL, lcid, flags, params, result, excepInfo, argumentError);

@@ -2,9 +2,6 @@
 #include "comruntime/type_reader.h"
 
 namespace axlink2 {
-namespace {
-
-// In the thread's code page; none when the text is null, empty or can't be converted.
 std::optional<std::string> narrowName(BSTR name) {
     const int units = static_cast<int>(SysStringLen(name));
     const int bytes =
@@ -16,11 +13,10 @@ std::optional<std::string> narrowName(BSTR name) {
     return text;
 }
 
-} // namespace
-
 std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server) {
     platform::ScopedBstr name;
-    typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr);
+    if (FAILED(typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr)))
+        (void)name.detach();
     std::optional<std::string> text = narrowName(name.get());
     if (!text || text->front() == '_') return std::nullopt;
     if (server) {

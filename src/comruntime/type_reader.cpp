@@ -175,7 +175,7 @@ std::vector<std::string> parameterNames(ITypeInfo* type, const FUNCDESC& functio
 
     std::vector<std::string> result;
     for (std::size_t index = 1; index < names.size() && index < given; ++index)
-        result.push_back(platform::toNarrow(platform::viewOf(names[index].get())));
+        result.push_back(narrowName(names[index].get()).value_or(std::string()));
     return result;
 }
 
@@ -201,8 +201,11 @@ bool isRootInterface(ITypeInfo* base) {
     platform::ScopedBstr name;
     platform::ScopedBstr documentation;
     if (FAILED(base->GetDocumentation(MEMBERID_NIL, name.put(), documentation.put(), nullptr,
-                                      nullptr)))
+                                      nullptr))) {
+        (void)name.detach();
+        (void)documentation.detach();
         return true; // without documentation the base is passed over as well
+    }
     const platform::OleView text = platform::viewOf(name.get());
     return text == OLESTR("IUnknown") || text == OLESTR("IDispatch");
 }

@@ -17,7 +17,7 @@ constexpr bool hasReferencedPayload(VARTYPE vt) {
 ArgVarConverter::ArgVarConverter(VARTYPE vartype, const char* dataTypeName)
     : vartype(vartype), dataType(internedId(dataTypeName)) {}
 
-hos::HOSValue ArgVarConverter::fromVariantFor(const VARIANT& v, const hos::HOSInterfacePtr&,
+hos::HOSValue ArgVarConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr&,
                                               const char*) {
     return fromVariant(v);
 }

@@ -20,8 +20,9 @@ class ArgVarConverter {
     // A value in the data type's form; what it points at is the caller's. Scalars and text raise
     // `_com_error` when `v` can't be changed to the type.
     virtual hos::HOSValue fromVariant(const VARIANT& v) = 0;
-    // The same for a value that came out of member `memberName` of `owner`.
-    virtual hos::HOSValue fromVariantFor(const VARIANT& v, const hos::HOSInterfacePtr& owner,
+    // The same for a value that came out of member `memberName` of `owner`. May take over what `v`
+    // holds and leave it empty.
+    virtual hos::HOSValue fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                          const char* memberName);
     // Writes the value to `*out`, or, with `byRef`, to `*backing` with `*out` a view of it.
     virtual void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) = 0;

@@ -1,6 +1,7 @@
 // The tables of converters: which one serves which COM type.
 #include "comruntime/interned.h"
 #include "conversion/arg_converter.h"
+#include "conversion/array_converters.h"
 #include "conversion/interface_converters.h"
 #include "conversion/numeric_converters.h"
 #include "conversion/special_converters.h"
@@ -25,9 +26,11 @@ ConverterTable argConverters;
 ConverterTable propConverters;
 std::unique_ptr<ArgUnsupportedConverter> unsupportedConverter;
 
-// Grows on demand, under its lock.
+// These grow on demand, each under its lock.
 std::map<std::string, std::unique_ptr<ArgVarConverter>> enumConverters;
 boost::shared_mutex enumConvertersLock;
+ConverterTable safeArrayConverters;
+boost::shared_mutex safeArrayConvertersLock;
 
 using Converter = std::unique_ptr<ArgVarConverter>;
 struct TableRow {
@@ -56,7 +59,7 @@ Converter makeNumeric(VARTYPE key) {
 }
 
 constexpr TableRow argRows[] = {
-    {VT_I1, make<ArgVLCharConv<char>>},
+    {VT_I1, make<ArgVLCharConv<signed char>>},
     {VT_UI1, make<ArgVLCharConv<unsigned char>>},
     {VT_I2, makeNumeric<std::int16_t, int16Scalar>},
     {VT_UI2, makeNumeric<std::uint16_t, uint16Scalar>},
@@ -76,6 +79,7 @@ constexpr TableRow argRows[] = {
     {VT_ERROR, make<ArgErrorConv>},
     {VT_HRESULT, make<ArgHResultConv>},
     {VT_VOID, make<ArgVoidConverter>},
+    {VT_VARIANT, make<ArgVariantConverter>},
     {VT_DISPATCH, make<ArgDispatchConverter>},
     {VT_UNKNOWN, make<ArgUnknownConverter>},
     {VT_PTR, make<ArgDispatchConverter>},
@@ -103,14 +107,33 @@ ArgVarConverter* find(const ConverterTable& table, VARTYPE key) {
     return found == table.end() ? nullptr : found->second.get();
 }
 
-ArgVarConverter* enumConverter(const std::string& name) {
-    boost::upgrade_lock<boost::shared_mutex> lock(enumConvertersLock);
-    if (const auto found = enumConverters.find(name); found != enumConverters.end())
-        return found->second.get();
+// A library may give an enumeration the name of a host type that is none; its constants then are
+// plain numbers.
+Converter makeEnumConverter(const std::string& name) {
+    const hos::HOSDataTypePtr type(internedId(name));
+    if (type &&
+        !dynamic_cast<hos::TypedEnumStringType*>(hos::HOSDataTypePtrHelper::getObject(type)))
+        return makeNumeric<std::int32_t, int32Scalar>(VT_I4);
+    return std::make_unique<ArgEnumConverter>(name.c_str());
+}
+
+// The converter under a key of a table that grows; made, once, when there is none.
+template <class Table, class Make>
+ArgVarConverter* findOrMake(Table& table, boost::shared_mutex& mutex,
+                            const typename Table::key_type& key, Make makeConverter) {
+    boost::upgrade_lock<boost::shared_mutex> lock(mutex);
+    if (const auto found = table.find(key); found != table.end()) return found->second.get();
     const boost::upgrade_to_unique_lock<boost::shared_mutex> exclusive(lock);
-    auto& slot = enumConverters[name];
-    if (!slot) slot = std::make_unique<ArgEnumConverter>(name.c_str());
-    return slot.get();
+    if (const auto found = table.find(key); found != table.end()) return found->second.get();
+    return table.emplace(key, makeConverter()).first->second.get();
+}
+
+// Keeps arrays that come out apart from those that go in; it never reaches a VARIANT.
+constexpr VARTYPE outputKey = 0x4000;
+
+Converter makeArrayConverter(const COMArrayType& type) {
+    if (type.output) return std::make_unique<ArgRefSafeArrayConverter>(type.elementType);
+    return std::make_unique<ArgSafeArrayConverter>(type.elementType);
 }
 
 struct ConverterChoice {
@@ -118,9 +141,14 @@ struct ConverterChoice {
         ArgVarConverter* converter = find(argConverters, vartype);
         return converter ? converter : unsupportedConverter.get();
     }
-    ArgVarConverter* operator()(const COMArrayType&) const { return unsupportedConverter.get(); }
+    ArgVarConverter* operator()(const COMArrayType& type) const {
+        const auto key = static_cast<VARTYPE>(type.elementType | (type.output ? outputKey : 0));
+        return findOrMake(safeArrayConverters, safeArrayConvertersLock, key,
+                          [&] { return makeArrayConverter(type); });
+    }
     ArgVarConverter* operator()(const COMEnumerationType& enumeration) const {
-        return enumConverter(enumeration.name);
+        return findOrMake(enumConverters, enumConvertersLock, enumeration.name,
+                          [&] { return makeEnumConverter(enumeration.name); });
     }
     ArgVarConverter* operator()(COMUnsupportedType) const { return unsupportedConverter.get(); }
 };

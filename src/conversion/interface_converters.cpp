@@ -3,9 +3,12 @@
 
 #include "classmodel/class_description.h"
 #include "classmodel/instance_record.h"
+#include "conversion/wrapped_interface.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/object_array.h"
+
+#include <utility>
 
 namespace axlink2 {
 namespace {
@@ -24,6 +27,15 @@ IDispatch* serverOf(const hxArray* array) {
 } // namespace
 
 hos::HOSValue ArgInterfaceConverter::fromVariant(const VARIANT&) { return hos::HOSValue(); }
+
+hos::HOSValue ArgInterfaceConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
+                                                    const char* memberName) {
+    if ((v.vt & VT_BYREF) && FAILED(VariantCopyInd(&v, &v))) return {};
+    // Whatever the server declared: only this is known to be an interface.
+    if (v.vt != VT_DISPATCH && v.vt != VT_UNKNOWN && v.vt != VT_PTR) return {};
+    VARIANT taken = std::exchange(v, VARIANT{});
+    return hos::HOSValue::ofPointer(wrapInterface(&taken, owner, memberName));
+}
 
 void ArgInterfaceConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing,
                                       bool byRef) {

@@ -18,11 +18,11 @@ struct VariantField;
         static T get(const VARIANT& v) { return static_cast<T>(v.FIELD); }                         \
         static void set(VARIANT& v, T value) {                                                     \
             v.vt = VT;                                                                             \
-            v.FIELD = value;                                                                       \
+            v.FIELD = static_cast<decltype(v.FIELD)>(value);                                       \
         }                                                                                          \
     }
 
-AXLINK2_VARIANT_FIELD(char, VT_I1, cVal);
+AXLINK2_VARIANT_FIELD(signed char, VT_I1, cVal);
 AXLINK2_VARIANT_FIELD(unsigned char, VT_UI1, bVal);
 AXLINK2_VARIANT_FIELD(std::int16_t, VT_I2, iVal);
 AXLINK2_VARIANT_FIELD(std::uint16_t, VT_UI2, uiVal);

@@ -7,17 +7,26 @@ namespace axlink2 {
 
 COMCallArguments::COMCallArguments(const std::vector<COMArgInfo>& arguments)
     : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()),
-      variants_(arguments.size()), backing_(arguments.size()) {}
+      variants_(arguments.size()), backing_(arguments.size()), passedTypes_(arguments.size()) {}
 
 COMCallArguments::~COMCallArguments() {
     for (std::size_t slot = firstUsed_; slot < slots(); ++slot)
         clearSlot(slot);
 }
 
+VARIANT& COMCallArguments::valueOf(std::size_t slot) {
+    const VARTYPE passed = passedTypes_[slot];
+    if (!(passed & VT_BYREF)) return variants_[slot];
+    // A DECIMAL is as large as the VARIANT that holds it, and a server may write all of it.
+    if (passed == (VT_BYREF | VT_DECIMAL)) backing_[slot].vt = VT_DECIMAL;
+    return backing_[slot];
+}
+
 void COMCallArguments::clearSlot(std::size_t slot) {
-    VARIANT& owner = variants_[slot].vt & VT_BYREF ? backing_[slot] : variants_[slot];
+    VARIANT& owner = valueOf(slot);
     if (platform::ownsContent(owner.vt)) VariantClear(&owner);
-    variants_[slot].vt = owner.vt = VT_EMPTY;
+    owner.vt = VT_EMPTY;
+    passedTypes_[slot] = VT_EMPTY;
 }
 
 void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs) {
@@ -34,6 +43,7 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
         argument.converter->toVariant(inputs[given], &passed, &behind, argument.byReference);
         // At once, as a later conversion may raise and every filled slot is cleared then.
         argument.converter->retainForPut(argument.byReference ? &behind : &passed);
+        passedTypes_[firstUsed_] = passed.vt;
         if (argument.output) ++outputCount_;
     }
 }
@@ -42,6 +52,7 @@ void COMCallArguments::fillOutput(const COMArgInfo& argument) {
     --firstUsed_;
     backing_[firstUsed_].vt = argument.converter->vartype;
     makeByRefVariant(&variants_[firstUsed_], &backing_[firstUsed_]);
+    passedTypes_[firstUsed_] = variants_[firstUsed_].vt;
     ++outputCount_;
 }
 
@@ -60,8 +71,7 @@ COMCallArguments::Output COMCallArguments::takeOutput() {
         const std::size_t slot = --nextOutput_;
         const COMArgInfo& argument = arguments_[slots() - 1 - slot];
         if (!argument.output) continue;
-        VARIANT& passed = variants_[slot];
-        return {passed.vt & VT_BYREF ? &backing_[slot] : &passed, argument.converter};
+        return {&valueOf(slot), argument.converter};
     }
     return {};
 }

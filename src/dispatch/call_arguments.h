@@ -52,6 +52,9 @@ class COMCallArguments {
   private:
     std::size_t slots() const { return arguments_.size(); }
     void fillOutput(const COMArgInfo& argument);
+    // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
+    // type doesn't count.
+    VARIANT& valueOf(std::size_t slot);
     void clearSlot(std::size_t slot);
 
     // Most calls have few arguments; they need no allocation.
@@ -64,7 +67,8 @@ class COMCallArguments {
     std::size_t outputCount_ = 0;
     std::size_t nextOutput_; // slot that outputs were collected down to
     Slots<VARIANT> variants_;
-    Slots<VARIANT> backing_; // values behind by-reference slots
+    Slots<VARIANT> backing_;     // values behind by-reference slots
+    Slots<VARTYPE> passedTypes_; // of each slot, as the server was given it
 };
 
 } // namespace axlink2

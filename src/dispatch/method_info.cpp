@@ -4,15 +4,11 @@
 #include "classmodel/instance_record.h"
 #include "comruntime/com_error.h"
 #include "comruntime/interned.h"
+#include "dispatch/member_value.h"
 #include "platform/holders.h"
 
 namespace axlink2 {
 namespace {
-
-// Interfaces and VARIANTs may become objects that are linked to the one that they came from.
-bool needsOwner(VARTYPE vartype) {
-    return vartype == VT_DISPATCH || vartype == VT_VARIANT || vartype == VT_PTR;
-}
 
 std::vector<COMArgInfo> argumentInfos(const COMMemberSignature& signature) {
     std::vector<COMArgInfo> infos;
@@ -75,7 +71,10 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     const HRESULT hr =
         guardedInvoke(record ? record->dispatch : nullptr, dispid, LOCALE_USER_DEFAULT, invokeKind,
                       &params, result.inOut(), &excepInfo.info, &argumentError);
-    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, call.count());
+    if (FAILED(hr)) {
+        (void)result.detach(); // an out-parameter of a failed call is not to be trusted
+        throwCOMError(hr, excepInfo, argumentError, call.count());
+    }
     if (call.outputCount() > 0) call.trimOutputs(*outputCount - (hasResult() ? 1 : 0));
     collectOutputs(object, *result.inOut(), call, *outputCount, outputs);
 }
@@ -84,8 +83,7 @@ void COMIDispMethodInfo::collectOutputs(const hos::HOSInterfacePtr& object, VARI
                                         COMCallArguments& call, std::uint32_t outputCount,
                                         hos::HOSValue* outputs) {
     const auto converted = [&](ArgVarConverter& converter, VARIANT& v) {
-        return needsOwner(converter.vartype) ? converter.fromVariantFor(v, object, name.c_str())
-                                             : converter.fromVariant(v);
+        return methodValue(converter, v, object, name.c_str());
     };
     std::uint32_t index = 0;
     if (hasResult()) outputs[index++] = converted(*resultConverter, result);

@@ -3,6 +3,7 @@
 
 #include "classmodel/instance_record.h"
 #include "comruntime/com_error.h"
+#include "dispatch/member_value.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "platform/holders.h"
@@ -12,11 +13,6 @@ namespace {
 
 constexpr hos::MemberAccess everybody = 0;
 constexpr hos::MemberAccess nobody = 2;
-
-bool needsOwner(VARTYPE vartype) {
-    return vartype == VT_DISPATCH || vartype == VT_VARIANT || vartype == VT_UNKNOWN ||
-           vartype == VT_PTR;
-}
 
 std::uint16_t accessOf(const COMMemberEntry& entry) {
     int access = 0;
@@ -64,12 +60,13 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
     DISPPARAMS params{};
     const HRESULT hr = guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
                                      &params, result.inOut(), &excepInfo.info, &argumentError);
-    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, 0);
+    if (FAILED(hr)) {
+        (void)result.detach(); // an out-parameter of a failed call is not to be trusted
+        throwCOMError(hr, excepInfo, argumentError, 0);
+    }
     if ((result->vt & VT_TYPEMASK) == VT_ERROR)
         throwCOMError(result->scode, COMExcepInfo(false), 0, 0);
-    *out = needsOwner(converter->vartype)
-               ? converter->fromVariantFor(result.get(), hos::HOSInterfacePtr(object), name.c_str())
-               : converter->fromVariant(result.get());
+    *out = propertyValue(*converter, *result.inOut(), hos::HOSInterfacePtr(object), name.c_str());
     return out;
 }
 

@@ -7,6 +7,7 @@
 #include "comruntime/text_argument.h"
 #include "entry/builtin_arguments.h"
 #include "entry/entry.h"
+#include "entry/server_object.h"
 #include "entry/server_options.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
@@ -44,15 +45,6 @@ ComPtr<IDispatch> startFirstServer(const std::string& progId, const platform::Ol
     return server;
 }
 
-harray::unique_array firstObject(const std::string& progId, const std::string& className,
-                                 const platform::OleString& machine) {
-    ComPtr<IDispatch> server = startFirstServer(progId, machine);
-    const NewObject made =
-        makeFirstObject(comNamespace, new COMCoclassClassInfo(className, server.get()));
-    made.record->dispatch = server.detach();
-    return objectArray(made);
-}
-
 harray::unique_array furtherObject(hos::HOSClass* owner, const platform::OleString& machine) {
     const NewObject made = makeObject(owner);
     const auto* info = static_cast<const COMCoclassClassInfo*>(owner->getClassInfo());
@@ -64,7 +56,8 @@ harray::unique_array createServerObject(const std::string& progId,
                                         const platform::OleString& machine) {
     const std::string className = encodeClassName(progId);
     hos::HOSClass* owner = findClass(comNamespace, className);
-    return owner ? furtherObject(owner, machine) : firstObject(progId, className, machine);
+    return owner ? furtherObject(owner, machine)
+                 : serverObject(className, startFirstServer(progId, machine));
 }
 
 } // namespace

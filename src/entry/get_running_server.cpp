@@ -1,11 +1,9 @@
 // actxGetRunningServer: an object for a server that is running already.
-#include "classmodel/class_description.h"
-#include "classmodel/namespaces.h"
-#include "classmodel/object_creation.h"
 #include "comruntime/class_names.h"
 #include "comruntime/text_argument.h"
 #include "entry/builtin_arguments.h"
 #include "entry/entry.h"
+#include "entry/server_object.h"
 #include "host/message_ids.h"
 #include "host/text.h"
 #include "platform/holders.h"
@@ -57,10 +55,5 @@ void COM2::actxGetRunningServer(int nlhs, ArrayHandle* plhs, int nrhs, const hxA
     const std::string className = encodeClassName(progId);
     ComPtr<IDispatch> server = attachToServer(progId);
 
-    hos::HOSClass* owner = findClass(comNamespace, className);
-    const NewObject made =
-        owner ? makeObject(owner)
-              : makeFirstObject(comNamespace, new COMCoclassClassInfo(className, server.get()));
-    made.record->dispatch = server.detach();
-    plhs[0] = objectArray(made);
+    plhs[0] = serverObject(className, std::move(server));
 }

@@ -69,6 +69,31 @@ TEST_F(Enumerations, AreValuesOfProperties) {
     EXPECT_EQ(velmar::displayText(changed.get()), "Pear\n");
 }
 
+enum class CellNumber : LONG {};
+
+class Prison : public kit::DispatchObject {
+  public:
+    Prison() : DispatchObject(definition()) {}
+    static const kit::ClassDefinition& definition() {
+        static const auto made =
+            kit::ClassBuilder<Prison>("Prison", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA061"),
+                                      kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA062"))
+                .enumeration<CellNumber>("cell", {{"First", 1}})
+                .method("Next", &Prison::next, {"cell"})
+                .build();
+        return *made;
+    }
+    CellNumber next(CellNumber cell) {
+        return static_cast<CellNumber>(static_cast<LONG>(cell) + 1);
+    }
+};
+
+TEST_F(Enumerations, NamedLikeAHostTypeArePlainNumbers) {
+    const Array prison = start<Prison>("Test.Prison");
+    const Array one = scalar(1);
+    EXPECT_EQ(number(call(prison, "Next", 1, {one.get()})[0].get()), 2.0);
+}
+
 TEST_F(Enumerations, BelongToTheFirstClassThatBringsTheirName) {
     enum class Other : LONG { Stone = 0 };
     class Quarry : public kit::DispatchObject {

@@ -102,8 +102,7 @@ class FaultyTypeInfo final : public Faulty<ITypeInfo> {
     }
     HRESULT STDMETHODCALLTYPE GetDocumentation(MEMBERID member, BSTR* name, BSTR* text,
                                                DWORD* context, BSTR* file) override {
-        // No garbage here: a name is read without a look at the result, so it may not be any.
-        if (fails()) return result();
+        if (fails()) return failed(name);
         return real_->GetDocumentation(member, name, text, context, file);
     }
     HRESULT STDMETHODCALLTYPE GetRefTypeInfo(HREFTYPE reference, ITypeInfo** out) override {

@@ -1,4 +1,5 @@
 // Method calls: what a member declares, what reaches the server, what comes back.
+#include "classmodel/instance_record.h"
 #include "dispatch/method_info.h"
 #include "host/text.h"
 #include "support/server_fixture.h"
@@ -35,7 +36,34 @@ class Methods : public kit::DispatchObject {
     IDispatch* nothing() { return nullptr; }
     platform::ComPtr<IDispatch> self() { return platform::ComPtr<IDispatch>::borrow(this); }
     void giveSelf(kit::Out<platform::ComPtr<IDispatch>> object) { object = self(); }
-    double fail(LONG result) { throw kit::ComFailure{result, 1}; }
+    double fail(LONG result) { throw kit::ComFailure{result, 0}; }
+    void takeByte(IDispatch*, unsigned char) {}
+    void outDecimal(kit::Out<DECIMAL> number) {
+        DECIMAL value{};
+        value.wReserved = VT_BSTR; // whatever stood there
+        value.Lo32 = 125;
+        value.scale = 2;
+        number = value;
+    }
+    // Writes what a careless server leaves behind, and fails or faults.
+    static HRESULT leaveGarbage(Methods&, kit::Call& call) {
+        call.result->vt = VT_BSTR;
+        call.result->bstrVal = reinterpret_cast<BSTR>(0x10);
+        return E_FAIL;
+    }
+    [[gnu::no_sanitize("undefined")]] static HRESULT crashWithOutput(Methods&, kit::Call& call) {
+        *call.params.rgvarg[0].pbstrVal = SysAllocString(OLESTR("lost"));
+        volatile int* volatile nowhere = nullptr;
+        *nowhere = 1;
+        return S_OK;
+    }
+    // Replaces the view that it was given by a value of its own.
+    static HRESULT replaceView(Methods&, kit::Call& call) {
+        *call.params.rgvarg[0].plVal = 7;
+        call.params.rgvarg[0].vt = VT_I4;
+        call.params.rgvarg[0].lVal = 9;
+        return S_OK;
+    }
 
     static ULONG references(IDispatch* object) {
         object->AddRef();
@@ -63,6 +91,20 @@ const kit::ClassDefinition& Methods::definition() {
             .method("Self", &Methods::self)
             .method("GiveSelf", &Methods::giveSelf, {"object"})
             .method("Fail", &Methods::fail, {"result"})
+            .method("TakeByte", &Methods::takeByte, {"object", "byte"})
+            .method("OutDecimal", &Methods::outDecimal, {"number"})
+            .raw({.name = "ShortCall",
+                  .params = {{"a", VT_R8},
+                             {"b", VT_R8, PARAMFLAG_FIN | PARAMFLAG_FOPT},
+                             {"c", kit::pointerTo(VT_R8), PARAMFLAG_FOUT}}},
+                 [](Methods&, kit::Call&) { return S_OK; })
+            .raw({.name = "LeaveGarbage", .result = VT_BSTR}, &Methods::leaveGarbage)
+            .raw({.name = "CrashWithOutput",
+                  .params = {{"text", kit::pointerTo(VT_BSTR), PARAMFLAG_FOUT}}},
+                 &Methods::crashWithOutput)
+            .raw({.name = "ReplaceView",
+                  .params = {{"number", kit::pointerTo(VT_I4), PARAMFLAG_FOUT}}},
+                 &Methods::replaceView)
             .raw({.name = "Crash", .result = VT_R8},
                  [](Methods&, kit::Call&) -> HRESULT { throw std::runtime_error("crash"); })
             .build();
@@ -199,21 +241,60 @@ TEST_F(MethodCall, GivesAnInterfaceAReferenceForTheTimeOfTheCall) {
     const std::u16string text = u"x";
     invoke("Take", 0, {HOSValue::ofPointer(object.get()), HOSValue::ofPointer(&text)});
     EXPECT_EQ(onlyCall().arguments[1].vt, VT_DISPATCH);
-    // The object's own, the call's, and the log's.
-    EXPECT_EQ(Methods::takenReferences, 3u);
-    // A conversion that fails after the interface was taken gives nothing back too often.
-    const Array noText = scalar(1);
-    EXPECT_NE(errorOf([&] { call(object, "Take", 0, {object.get(), noText.get()}); }), "");
+    // The object's own, the argument's, the log's, and one that keeps the server during the call.
+    EXPECT_EQ(Methods::takenReferences, 4u);
 }
 
-TEST_F(MethodCall, KeepsNoReferenceOfWhatItCannotWrapYet) {
-    EXPECT_TRUE(invoke("Self", 1).outputs[0].isNull());
-    EXPECT_TRUE(invoke("GiveSelf", 1).outputs[0].isNull());
+TEST_F(MethodCall, GivesNothingBackTooOftenWhenALaterConversionFails) {
+    log.clear();
+    const Array word(hxCreateString("ab"));
+    EXPECT_EQ(errorOf([&] {
+                  call(object, "TakeByte", 0, {object.get(), word.get()});
+              }),
+              "VELMAR:class:MustBeScalar");
+    EXPECT_TRUE(log.calls().empty());
+    EXPECT_EQ(Methods::references(recordOf(hoGetArrayElement(object.get(), 0))->dispatch), 1u);
+}
+
+TEST_F(MethodCall, TrustsNothingThatAFailedCallLeavesBehind) {
+    EXPECT_EQ(errorOf([&] { invoke("LeaveGarbage", 1); }), "VELMAR:COM:E2147500037");
+    EXPECT_EQ(errorOf([&] { invoke("CrashWithOutput", 1); }), "VELMAR:COM:E2147614729");
+    EXPECT_EQ(invoke("ReplaceView", 1).outputs[0].integer(), 7);
+}
+
+TEST_F(MethodCall, ReadsADecimalThatFillsTheWholeVariant) {
+    EXPECT_EQ(taken(invoke("OutDecimal", 1).outputs[0]), "1.25");
+}
+
+TEST_F(MethodCall, ReadsAnOutputThatWasNeverPassedAsEmpty) {
+    // The optional input and the output behind it aren't passed; the output is asked for all the
+    // same. An empty VARIANT reads as zero.
+    kit::CallLog inner;
+    hos::HOSMethodInfo* short_ = method(object, "ShortCall");
+    ASSERT_NE(short_, nullptr);
+    EXPECT_EQ(invoke("ShortCall", 1, {real(1)}).outputs[0].number(), 0.0);
+    EXPECT_EQ(inner.calls().at(0).arguments.size(), 1u);
+}
+
+TEST_F(MethodCall, MakesObjectsOfInterfacesAndLinksThemToTheirOwner) {
+    const auto owner = hoGetArrayElement(object.get(), 0);
+    for (const char* name : {"Self", "GiveSelf"}) {
+        const Array self(invoke(name, 1).outputs[0].array());
+        const auto handle = hoGetArrayElement(self.get(), 0);
+        ASSERT_TRUE(handle) << name;
+        EXPECT_EQ(recordOf(handle)->dispatch, recordOf(owner)->dispatch);
+        EXPECT_EQ(static_cast<hos::HOSInterface*>(recordOf(handle)->parents.at(0)),
+                  static_cast<hos::HOSInterface*>(owner));
+        EXPECT_EQ(number(call(self, "Twice", 1, {scalar(2).get()})[0].get()), 4.0);
+    }
+    EXPECT_EQ(Methods::references(recordOf(owner)->dispatch), 1u);
+    EXPECT_TRUE(recordOf(owner)->children.empty());
 }
 
 TEST_F(MethodCall, ReportsFailuresWithTheArgumentThatTheServerNamed) {
     const auto error = describedErrorOf([&] { invoke("Fail", 1, {integer(DISP_E_TYPEMISMATCH)}); });
     EXPECT_EQ(error.identifier, "VELMAR:COM:E2147614725");
+    EXPECT_NE(error.text.find('1'), std::string::npos) << error.text;
     EXPECT_EQ(errorOf([&] { invoke("Crash", 1); }), "VELMAR:COM:E2147614729");
     // A result that doesn't fit what was declared.
     EXPECT_EQ(errorOf([&] { invoke("Small", 1); }), "VELMAR:COM:E2147614730");

@@ -35,25 +35,34 @@ class Properties : public kit::DispatchObject {
 };
 
 const kit::ClassDefinition& Properties::definition() {
-    static const auto made = kit::ClassBuilder<Properties>(
-                                 "Properties", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E011"),
-                                 kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E012"))
-                                 .property("Name", &Properties::name, &Properties::setName)
-                                 .property("Width", &Properties::width, &Properties::setWidth)
-                                 .property("Count", &Properties::count)
-                                 .property("Child", &Properties::child)
-                                 .putRef("Child", &Properties::setChild)
-                                 .property("Both", &Properties::child, &Properties::setBoth)
-                                 .putRef("Both", &Properties::setBoth)
-                                 .property("Error", &Properties::error)
-                                 .declare(VT_R8)
-                                 .property("Bad", &Properties::bad)
-                                 .variable("Tag", &Properties::tag)
-                                 .variable("Kind", &Properties::kind)
-                                 .readOnly()
-                                 .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
-                                      [](Properties&, kit::Call&) { return S_OK; })
-                                 .build();
+    static const auto made =
+        kit::ClassBuilder<Properties>("Properties",
+                                      kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E011"),
+                                      kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E012"))
+            .property("Name", &Properties::name, &Properties::setName)
+            .property("Width", &Properties::width, &Properties::setWidth)
+            .property("Count", &Properties::count)
+            .property("Child", &Properties::child)
+            .putRef("Child", &Properties::setChild)
+            .property("Both", &Properties::child, &Properties::setBoth)
+            .putRef("Both", &Properties::setBoth)
+            .property("Error", &Properties::error)
+            .declare(VT_R8)
+            .property("Bad", &Properties::bad)
+            .variable("Tag", &Properties::tag)
+            .variable("Kind", &Properties::kind)
+            .readOnly()
+            .raw({.name = "ErrorReference", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
+                 [](Properties&, kit::Call& call) {
+                     call.result->vt = VT_ERROR | VT_BYREF;
+                     call.result->scode = E_NOTIMPL;
+                     return S_OK;
+                 })
+            .raw({.name = "Crash", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
+                 [](Properties&, kit::Call&) -> HRESULT { throw 1; })
+            .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
+                 [](Properties&, kit::Call&) { return S_OK; })
+            .build();
     return *made;
 }
 
@@ -155,6 +164,8 @@ TEST_F(PropertyAccess, IsRefusedByTheHostWhereTheServerHasNoSuchHalf) {
 
 TEST_F(PropertyAccess, ReportsAnErrorAlsoWhenTheServerGivesItAsTheValue) {
     EXPECT_EQ(errorOf([&] { read("Error"); }), "VELMAR:COM:E2147500037");
+    EXPECT_EQ(errorOf([&] { read("ErrorReference"); }), "VELMAR:COM:E2147500033");
+    EXPECT_EQ(errorOf([&] { read("Crash"); }), "VELMAR:COM:E2147614729");
     const auto error = describedErrorOf([&] { read("Bad"); });
     EXPECT_EQ(error.identifier, "VELMAR:COM:E12");
     EXPECT_NE(error.text.find("Not now."), std::string::npos);

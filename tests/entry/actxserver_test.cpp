@@ -84,9 +84,14 @@ struct ActXServer : ServerTest {
         return output;
     }
     template <class... Inputs>
-    static std::string failure(int nlhs, Inputs... inputs) {
+    static std::vector<Array> arrays(Inputs... inputs) {
         std::vector<Array> list;
         (list.push_back(std::move(inputs)), ...);
+        return list;
+    }
+    template <class... Inputs>
+    static std::string failure(int nlhs, Inputs... inputs) {
+        const auto list = arrays(std::move(inputs)...);
         return errorOf([&] { create(nlhs, list); });
     }
     template <class... Texts>
@@ -139,6 +144,9 @@ TEST_F(ActXServerStarted, WarnsOfUnknownOptionsWithTheirPosition) {
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_EQ(warnings[0].find("VELMAR:COM:unknownparam "), 0u);
     EXPECT_NE(warnings[0].find('4'), std::string::npos);
+    const auto refused =
+        describedErrorOf([&] { create(1, arrays(text("Test.Simple"), scalar(1), text("x"))); });
+    EXPECT_NE(refused.text.find('2'), std::string::npos) << refused.text;
     const std::string longName(2000, 'X');
     EXPECT_TRUE(createWith("Test.Simple", longName.c_str(), "red"));
     EXPECT_EQ(warnings.size(), 2u);
@@ -176,6 +184,40 @@ TEST_F(ActXServerStarted, NamesTheProgIdOrTheSystemsReasonWhenNothingStarts) {
     EXPECT_EQ(away.identifier, "VELMAR:COM:servercreationfailed");
     EXPECT_NE(away.text.size(), 0u);
     EXPECT_EQ(findClass("COM", "Test_Away"), nullptr);
+}
+
+// A server that starts another of its own ProgID while it starts.
+class Recursive : public kit::DispatchObject {
+  public:
+    Recursive() : DispatchObject(definition()) {
+        static bool first = true;
+        if (!std::exchange(first, false)) return;
+        inner = ServerTestAccess::startRegistered("Test.Recursive");
+    }
+    static const kit::ClassDefinition& definition() {
+        static const auto made = kit::ClassBuilder<Recursive>(
+                                     "Recursive", kit::guid("C7C3E0B5-50B5-4A0C-8F77-55B02A6D9031"),
+                                     kit::guid("C7C3E0B5-50B5-4A0C-8F77-55B02A6D9032"))
+                                     .method("Run", &Recursive::run)
+                                     .build();
+        return *made;
+    }
+    double run() { return 5; }
+    static inline harray::unique_array inner;
+
+  private:
+    struct ServerTestAccess : ServerTest {
+        using ServerTest::startRegistered;
+    };
+};
+
+TEST_F(ActXServer, SharesTheClassWithAServerThatItsOwnServerHasStarted) {
+    const Array outer = start<Recursive>("Test.Recursive");
+    EXPECT_EQ(hoGetArrayElement(outer.get(), 0)->getClass(),
+              hoGetArrayElement(Recursive::inner.get(), 0)->getClass());
+    EXPECT_EQ(number(call(outer, "Run", 1)[0].get()), 5.0);
+    EXPECT_EQ(number(call(Recursive::inner, "Run", 1)[0].get()), 5.0);
+    Recursive::inner.reset();
 }
 
 TEST_F(ActXServer, RefusesAServerWithoutIDispatch) {

@@ -1,0 +1,94 @@
+// From an interface to an object: identity, class, instance, link.
+#include "conversion/wrapped_interface.h"
+
+#include "classmodel/class_description.h"
+#include "classmodel/namespaces.h"
+#include "classmodel/object_creation.h"
+#include "classmodel/object_tree.h"
+#include "comruntime/com_error.h"
+#include "comruntime/interned.h"
+#include "platform/holders.h"
+#include "platform/typeinfo_holders.h"
+
+#include <boost/thread/locks.hpp>
+#include <boost/thread/shared_mutex.hpp>
+
+#include <map>
+
+namespace axlink2 {
+namespace {
+
+using platform::ComPtr;
+
+// Which interface classes exist, by key. Grows only.
+std::map<_bstr_t, std::string> interfaceClasses;
+boost::shared_mutex interfaceClassesLock;
+
+// The interface of a VARIANT, whose reference is taken over.
+ComPtr<IDispatch> takeInterface(const VARIANT& v) {
+    if ((v.vt & VT_TYPEMASK) != VT_UNKNOWN) return ComPtr<IDispatch>::adopt(v.pdispVal);
+    const auto unknown = ComPtr<IUnknown>::adopt(v.punkVal);
+    return platform::queryInterface<IDispatch>(unknown.get(), IID_IDispatch);
+}
+
+// A server that is busy with its own message loop gets a second.
+HRESULT typeInfoCount(IDispatch* server, UINT* count) {
+    constexpr int mostTries = 20;
+    constexpr DWORD wait = 50; // milliseconds
+    HRESULT hr = server->GetTypeInfoCount(count);
+    for (int retry = 0; hr == RPC_E_CALL_REJECTED && retry < mostTries; ++retry) {
+        Sleep(wait);
+        hr = server->GetTypeInfoCount(count);
+    }
+    return hr;
+}
+
+// The IID's text in braces; null for an interface without type information.
+_bstr_t identityOf(IDispatch* server) {
+    UINT count = 0;
+    if (FAILED(typeInfoCount(server, &count)) || count != 1) return _bstr_t();
+    ITypeInfo* raw = nullptr;
+    if (FAILED(guardedGetTypeInfo(server, &raw)) || !raw) return _bstr_t();
+    const auto info = ComPtr<ITypeInfo>::adopt(raw);
+    const platform::TypeAttrHolder attributes(info.get(), &ITypeInfo::GetTypeAttr);
+    OLECHAR text[39];
+    if (!attributes || !StringFromGUID2(attributes->guid, text, std::size(text))) return _bstr_t();
+    return _bstr_t(text);
+}
+
+// Interfaces without type information are told apart by the member that returned them.
+_bstr_t anonymousKey(const hos::HOSInterfacePtr& owner, const char* memberName) {
+    hos::HOSClass* ownerClass = owner ? owner->getClass() : nullptr;
+    if (!ownerClass) return _bstr_t(memberName);
+    return _bstr_t((std::string(ownerClass->getName()) + "_" + memberName).c_str());
+}
+
+} // namespace
+
+hxArray* wrapInterface(VARIANT* v, const hos::HOSInterfacePtr& owner, const char* memberName) {
+    ComPtr<IDispatch> server = takeInterface(*v);
+    if (!server) return nullptr;
+    _bstr_t key = identityOf(server.get());
+    if (!key) key = anonymousKey(owner, memberName);
+
+    const std::string className = interfaceClassForIID(key, server.get());
+    const NewObject made = makeObjectFrom(findClass(interfaceNamespace, className), server.get());
+    made.record->dispatch = server.detach();
+    if (owner) linkToOwner(made.object, owner);
+    return harray::to_velmar(objectArray(made));
+}
+
+std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server) {
+    boost::upgrade_lock<boost::shared_mutex> lock(interfaceClassesLock);
+    if (const auto found = interfaceClasses.find(key); found != interfaceClasses.end())
+        return found->second;
+    std::string name = interfaceClassName(key);
+    const boost::upgrade_to_unique_lock<boost::shared_mutex> exclusive(lock);
+    if (const auto found = interfaceClasses.find(key); found != interfaceClasses.end())
+        return found->second;
+    addClass(interfaceNamespace, std::make_unique<COMInterfaceClassInfo>(name, server));
+    interfaceClasses.emplace(key, name);
+    return name;
+}
+
+} // namespace axlink2

@@ -1,0 +1,15 @@
+// From a server to an object of its ProgID's class.
+#pragma once
+
+#include "host/array.h"
+#include "platform/holders.h"
+
+#include <string>
+
+namespace axlink2 {
+
+// A new object that takes the server over; its class is made from the server when there is none of
+// that name yet. Raises "VELMAR:COM:invalidprogid" when the name's ProgID has no class id.
+harray::unique_array serverObject(const std::string& className, platform::ComPtr<IDispatch> server);
+
+} // namespace axlink2
