@@ -9,6 +9,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
     target_compile_options(axlink2_options INTERFACE -Wno-restrict)
 endif()
 
+if(WIN32)
+    enable_language(RC)
+    set(CMAKE_SHARED_LIBRARY_PREFIX "")
+    include(windows/runtime_libraries)
+endif()
+
 option(AXLINK2_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 if(AXLINK2_SANITIZE)
     target_compile_options(

@@ -3,6 +3,8 @@
 
 #include "host/host_messages.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -126,7 +128,9 @@ void makeStore(hxArray& array, std::size_t stored, Filling filling) {
     const std::size_t bytes = checkedProduct(stored, elementBytes(array));
     void* store = array.own;
     Block* block = nullptr;
-    if (bytes > sizeof array.own) {
+    // Nested arrays lie in a block whatever their number: copies of it share them at once, while
+    // copies of elements in the header would go down to the innermost.
+    if (bytes > sizeof array.own || array.kind == ElementKind::Array) {
         block = allocateBlock(bytes, filling);
         store = block + 1;
     }
@@ -246,7 +250,26 @@ hxArray::~hxArray() {
     if (store) harray::detail::releaseStore(*this);
 }
 
-void harray::destroyArray(hxArray* array) { delete array; }
+void harray::destroyArray(hxArray* array) {
+    using namespace harray::detail;
+    if (!array || array->kind != ElementKind::Array) {
+        delete array;
+        return;
+    }
+    // One after the other, as containers may be nested deeper than the stack is.
+    boost::container::small_vector<hxArray*, 32> pending{array};
+    while (!pending.empty()) {
+        hxArray* const next = pending.back();
+        pending.pop_back();
+        if (next->block && next->block->owners.load(std::memory_order_acquire) == 1)
+            for (std::size_t i = 0; i < next->stored; ++i) {
+                hxArray*& element = next->elements<ArrayElement>()[i].array;
+                if (element && element->kind == ElementKind::Array)
+                    pending.push_back(std::exchange(element, nullptr));
+            }
+        delete next;
+    }
+}
 
 hxArray* hxCreateSharedDataCopy(const hxArray* array) {
     return harray::detail::do_shared_copy(array);

@@ -20,6 +20,22 @@
 #include <windows.h>
 // clang-format on
 
+#include <concepts>
+
+// The sources of these are documented as const; these headers don't say so.
+template <std::same_as<const VARIANTARG> Source>
+HRESULT VariantCopy(VARIANTARG* target, Source* source) {
+    return VariantCopy(target, const_cast<VARIANTARG*>(source));
+}
+template <std::same_as<const VARIANTARG> Source>
+HRESULT VariantCopyInd(VARIANT* target, Source* source) {
+    return VariantCopyInd(target, const_cast<VARIANTARG*>(source));
+}
+template <std::same_as<const VARIANTARG> Source>
+HRESULT VariantChangeType(VARIANTARG* target, Source* source, USHORT flags, VARTYPE vt) {
+    return VariantChangeType(target, const_cast<VARIANTARG*>(source), flags, vt);
+}
+
 #else
 
 #include "platform/portable/activation.h"

@@ -234,3 +234,14 @@ TEST_F(Arrays, CaseTransformsReachBeyondAsciiAndReportTheirLength) {
     hsys::i18n::detail::transform(full.data(), 5, full.data(), 5, false);
     EXPECT_EQ(full, u"AZ\u00c4\u0416\u00df");
 }
+
+TEST_F(Arrays, NestedDeeperThanTheStackAreCopiedAndEnded) {
+    unique_array nested(hxCreateDoubleScalar(1));
+    for (int level = 0; level < 300000; ++level) {
+        unique_array outer(hxCreateCellMatrix(1, 1));
+        hxSetCell(outer.get(), 0, hxCreateSharedDataCopy(nested.get()));
+        nested = std::move(outer);
+    }
+    const unique_array copy(hxCreateSharedDataCopy(nested.get()));
+    EXPECT_EQ(hxGetClassID(hxGetCell(copy.get(), 0)), hxCELL_CLASS);
+}

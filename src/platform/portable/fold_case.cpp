@@ -1,5 +1,5 @@
 // Case folding with the C library's tables for Unicode, whatever locale the program runs in.
-#include "platform/portable/fold_case.h"
+#include "platform/fold_case.h"
 
 #include <algorithm>
 #include <locale.h>

@@ -114,16 +114,4 @@ void RegistryTree::apply(const std::vector<RegistryChange>& changes) {
 
 void RegistryTree::clear() { root_ = {}; }
 
-RegistryPath splitRegistryPath(OleView path) {
-    RegistryPath names;
-    while (!path.empty()) {
-        const std::size_t end = path.find(u'\\');
-        if (const OleView name = path.substr(0, end); !name.empty()) {
-            names.emplace_back(name);
-        }
-        path.remove_prefix(end == OleView::npos ? path.size() : end + 1);
-    }
-    return names;
-}
-
 } // namespace platform

@@ -1,7 +1,7 @@
 // The library: its attributes, its types, and the numbers by which types refer to each other.
 #include "platform/portable/typeinfo_library.h"
 
-#include "platform/portable/fold_case.h"
+#include "platform/fold_case.h"
 
 #include <algorithm>
 

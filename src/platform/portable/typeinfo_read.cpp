@@ -1,5 +1,5 @@
 // The reading side of a type: ITypeInfo.
-#include "platform/portable/fold_case.h"
+#include "platform/fold_case.h"
 #include "platform/portable/typeinfo_library.h"
 
 #include <algorithm>

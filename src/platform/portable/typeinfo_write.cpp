@@ -1,5 +1,5 @@
 // The writing side of a type: ICreateTypeInfo, but for LayOut.
-#include "platform/portable/fold_case.h"
+#include "platform/fold_case.h"
 #include "platform/portable/typeinfo_library.h"
 
 #include <algorithm>

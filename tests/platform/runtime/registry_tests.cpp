@@ -2,6 +2,7 @@
 #include "platform/com.h"
 #include "platform/registry_files.h"
 #include "platform/text.h"
+#include "system_support.h"
 
 #include <gtest/gtest.h>
 
@@ -228,15 +229,15 @@ TEST_F(Registry, loadsTheUsersFilesInOrder) {
     write(key + "@=\"second\"\n", "axlink2/classes/b.reg");
     write(key + "@=\"first\"\n\"a\"=\"a\"\n", "axlink2/classes/a.reg");
     write("not a registry file", "axlink2/classes/readme.txt");
-    const char* before = std::getenv("XDG_DATA_HOME");
+    const char* before = std::getenv(userDataVariable);
     const std::string saved = before ? before : "";
-    setenv("XDG_DATA_HOME", folder_.c_str(), 1);
+    setVariable(userDataVariable, folder_.string().c_str());
     loadUserRegistryFiles();
     EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u")), "1:second");
     EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u"), OLESTR("a")), "1:a");
-    setenv("XDG_DATA_HOME", (folder_ / "nowhere").c_str(), 1);
+    setVariable(userDataVariable, (folder_ / "nowhere").string().c_str());
     EXPECT_NO_THROW(loadUserRegistryFiles());
-    before ? setenv("XDG_DATA_HOME", saved.c_str(), 1) : unsetenv("XDG_DATA_HOME");
+    setVariable(userDataVariable, before ? saved.c_str() : nullptr);
 }
 
 } // namespace

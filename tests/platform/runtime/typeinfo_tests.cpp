@@ -2,6 +2,7 @@
 #include "platform/com.h"
 #include "platform/holders.h"
 #include "platform/typeinfo_holders.h"
+#include "system_support.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +34,7 @@ class TypeInfo : public testing::Test {
         library_->SetHelpFileName(text(OLESTR("sample.hlp")));
     }
     void TearDown() override {
-        EXPECT_EQ(outstandingTypeDescriptions(), 0);
+        expectDescriptionsOut(0);
         // Each reference to the library or one of its types is one of these.
         library_->AddRef();
         EXPECT_EQ(library_->Release(), 1u);
@@ -144,7 +145,7 @@ TEST_F(TypeInfo, givesFunctionsBackAsDeepCopies) {
     const FuncDescHolder missing(info.get(), &ITypeInfo::GetFuncDesc, 3u);
     EXPECT_FALSE(missing);
     EXPECT_EQ(missing.result(), TYPE_E_ELEMENTNOTFOUND);
-    EXPECT_EQ(outstandingTypeDescriptions(), 2);
+    expectDescriptionsOut(2);
 }
 
 TEST_F(TypeInfo, findsNamesInEitherDirectionAndInTheBase) {

@@ -2,6 +2,7 @@
 #include "recorded_table.h"
 #include "variant_text.h"
 
+#include <array>
 #include <chrono>
 #include <cmath>
 
@@ -33,7 +34,7 @@ TEST_F(ConversionTest, EveryPairOfTypesConvertsAsRecorded) {
 }
 
 TEST_F(ConversionTest, TruthHasWordsWhenAskedFor) {
-    for (const USHORT flag : {VARIANT_ALPHABOOL, VARIANT_LOCALBOOL}) {
+    for (const auto flag : std::array<USHORT, 2>{VARIANT_ALPHABOOL, VARIANT_LOCALBOOL}) {
         EXPECT_EQ(convert("BOOL", "-1", flag, VT_BSTR), "0x00000000 BSTR \"True\"");
         EXPECT_EQ(convert("BOOL", "0", flag, VT_BSTR), "0x00000000 BSTR \"False\"");
     }

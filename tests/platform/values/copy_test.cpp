@@ -204,8 +204,8 @@ TEST_F(CopyTest, HoldersPassReferencesOnWithoutLosingOne) {
 }
 
 TEST_F(CopyTest, BrokenTextIsReplacedNotLost) {
-    EXPECT_EQ(platform::toOle("a\xFFz\xC3"), u"a\uFFFDz\uFFFD");
-    EXPECT_EQ(platform::toNarrow(u"a\xD800z"), "a\xEF\xBF\xBDz");
-    EXPECT_EQ(platform::toNarrow(u"\xD83D\xDE00"), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(platform::toOle("a\xFFz\xC3"), OLESTR("a\uFFFDz\uFFFD"));
+    EXPECT_EQ(platform::toNarrow(OLESTR("a\xD800z")), "a\xEF\xBF\xBDz");
+    EXPECT_EQ(platform::toNarrow(OLESTR("\xD83D\xDE00")), "\xF0\x9F\x98\x80");
     EXPECT_EQ(platform::toUtf16(platform::toOle(std::u16string_view(u"a\xD800z"))), u"a\xD800z");
 }

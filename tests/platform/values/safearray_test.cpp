@@ -67,12 +67,14 @@ TEST_F(SafeArrayTest, IndicesAndBoundsOfThreeDimensionsAreAsRecorded) {
     for (const Row& row : table.rows()) {
         const std::string call = row[0].substr(0, row[0].find(' '));
         std::string ours;
+        std::array<int, 3> read{};
         std::array<LONG, 3> at{};
         if (call == "GetDim" || call == "cLocks") {
             ours = "- " +
                    std::to_string(call == "GetDim" ? SafeArrayGetDim(array.get()) : array->cLocks);
-        } else if (std::sscanf(row[0].c_str() + call.size(), " (%d,%d,%d)", &at[0], &at[1],
-                               &at[2]) == 3) {
+        } else if (std::sscanf(row[0].c_str() + call.size(), " (%d,%d,%d)", &read[0], &read[1],
+                               &read[2]) == 3) {
+            std::copy(read.begin(), read.end(), at.begin());
             LONG element = 7;
             void* address = nullptr;
             const HRESULT result =

@@ -263,7 +263,8 @@ std::string shapeText(const SAFEARRAY* array) {
     if (!array) return "null";
     char text[80];
     std::snprintf(text, sizeof(text), "sa{dims=%d cb=%u feat=0x%04X locks=%u", array->cDims,
-                  array->cbElements, array->fFeatures, array->cLocks);
+                  static_cast<unsigned>(array->cbElements), array->fFeatures,
+                  static_cast<unsigned>(array->cLocks));
     std::string result = text;
     for (int i = 0; i != array->cDims; ++i)
         result += " b" + std::to_string(i) + '=' + std::to_string(array->rgsabound[i].lLbound) +
