@@ -69,6 +69,8 @@ int main(int argc, char** argv) {
 
     std::printf("%-36s %12s %12s %8s\n", "", "raw, ns", "ours, ns", "ratio");
     for (const Case& which : cases)
-        if (collector.times.contains(which.name + "/ours")) print(which, collector);
+        if (collector.times.contains(which.name + "/raw") &&
+            collector.times.contains(which.name + "/ours"))
+            print(which, collector);
     return 0;
 }

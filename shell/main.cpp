@@ -1,5 +1,6 @@
 // velsh: tries and scripts Automation servers.
 #include "host/embedding.h"
+#include "platform/com.h"
 #include "platform/registry_files.h"
 #include "shell/completion.h"
 #include "shell/console.h"
@@ -15,12 +16,17 @@
 namespace {
 
 struct Options {
-    std::vector<std::filesystem::path> files;
-    std::vector<std::filesystem::path> classes;
-    std::filesystem::path module;
+    std::vector<std::string> files;
+    std::vector<std::string> classes;
+    std::string module;
     std::string code;
     std::string progId;
 };
+
+// A path from an argument, which is UTF-8 whatever the locale.
+std::filesystem::path pathOf(const std::string& argument) {
+    return std::u8string(argument.begin(), argument.end());
+}
 
 void addOptions(CLI::App& app, Options& options) {
     app.add_option("FILE", options.files, "Programs to run, one after the other; none: a prompt")
@@ -41,17 +47,17 @@ void addOptions(CLI::App& app, Options& options) {
 void start(const Options& options) {
     platform::loadUserRegistryFiles();
     for (const auto& file : options.classes)
-        platform::loadRegistryFile(file);
+        platform::loadRegistryFile(pathOf(file));
     velmar::loadModule(options.module.empty()
                            ? boost::dll::program_location().parent_path() / AXLINK2_MODULE
-                           : options.module);
+                           : pathOf(options.module));
 }
 
 bool runSession(const Options& options, bool hasCode) {
     velsh::Session session;
     if (hasCode && !session.run(options.code, "")) return false;
     for (const auto& file : options.files)
-        if (!session.runFile(file)) return false;
+        if (!session.runFile(pathOf(file))) return false;
     if (hasCode || !options.files.empty()) return true;
     const auto reader = velsh::makeLineReader(
         [&](const std::string& word) { return velsh::complete(session.variables(), word); });
@@ -61,9 +67,14 @@ bool runSession(const Options& options, bool hasCode) {
 } // namespace
 
 int main(int argc, char** argv) {
+#ifdef _WIN32
+    SetConsoleOutputCP(CP_UTF8);
+    SetConsoleCP(CP_UTF8);
+#endif
     CLI::App app("Tries and scripts Automation servers.", "velsh");
     Options options;
     addOptions(app, options);
+    app.allow_windows_style_options(false); // a path may begin with a slash
     CLI11_PARSE(app, argc, argv);
     try {
         start(options);

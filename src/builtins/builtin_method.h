@@ -54,4 +54,11 @@ class COMAppdataBaseMethodInfo : public HiddenBuiltinMethodInfo {
     using HiddenBuiltinMethodInfo::HiddenBuiltinMethodInfo;
 };
 
+// The base of the method that `declaration` describes.
+template <const BuiltinDeclaration& declaration, class Base = COMBuiltinMethodInfo>
+class Builtin : public Base {
+  public:
+    explicit Builtin(hos::HOSClass* owner) : Base(owner, declaration) {}
+};
+
 } // namespace axlink2

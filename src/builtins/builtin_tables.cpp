@@ -1,8 +1,17 @@
 // The tables of built-in methods.
 #include "builtins/builtin_tables.h"
 
+#include "builtins/appdata.h"
 #include "builtins/coclass_constructor.h"
+#include "builtins/dynamic_properties.h"
+#include "builtins/get.h"
+#include "builtins/interface_objects.h"
+#include "builtins/introspection.h"
+#include "builtins/invoke.h"
 #include "builtins/pending_builtins.h"
+#include "builtins/release_delete.h"
+#include "builtins/server_members.h"
+#include "builtins/set.h"
 #include "classmodel/custom_display.h"
 
 namespace axlink2 {

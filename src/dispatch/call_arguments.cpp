@@ -3,11 +3,25 @@
 
 #include "platform/holders.h"
 
+#include <algorithm>
+
 namespace axlink2 {
 
 COMCallArguments::COMCallArguments(const std::vector<COMArgInfo>& arguments)
-    : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()),
-      variants_(arguments.size()), backing_(arguments.size()), passedTypes_(arguments.size()) {}
+    : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()) {
+    const std::size_t count = slots();
+    if (count > ownSlots) {
+        moreVariants_ = std::make_unique<VARIANT[]>(2 * count);
+        moreTypes_ = std::make_unique<VARTYPE[]>(count);
+        variants_ = moreVariants_.get();
+        backing_ = variants_ + count;
+        passedTypes_ = moreTypes_.get();
+        return;
+    }
+    std::fill_n(variants_, count, VARIANT{});
+    std::fill_n(backing_, count, VARIANT{});
+    std::fill_n(passedTypes_, count, VARTYPE{VT_EMPTY});
+}
 
 COMCallArguments::~COMCallArguments() {
     for (std::size_t slot = firstUsed_; slot < slots(); ++slot)

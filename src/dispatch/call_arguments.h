@@ -5,10 +5,9 @@
 #include "host/value.h"
 #include "platform/com.h"
 
-#include <boost/container/small_vector.hpp>
-
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace axlink2 {
@@ -57,18 +56,21 @@ class COMCallArguments {
     VARIANT& valueOf(std::size_t slot);
     void clearSlot(std::size_t slot);
 
-    // Most calls have few arguments; they need no allocation.
-    static constexpr std::size_t inlineSlots = 6;
-    template <class T>
-    using Slots = boost::container::small_vector<T, inlineSlots>;
+    // Most calls have few arguments and need no allocation.
+    static constexpr std::size_t ownSlots = 6;
 
     const std::vector<COMArgInfo>& arguments_;
     std::size_t firstUsed_;
     std::size_t outputCount_ = 0;
     std::size_t nextOutput_; // slot that outputs were collected down to
-    Slots<VARIANT> variants_;
-    Slots<VARIANT> backing_;     // values behind by-reference slots
-    Slots<VARTYPE> passedTypes_; // of each slot, as the server was given it
+    VARIANT* variants_ = ownVariants_;
+    VARIANT* backing_ = ownVariants_ + ownSlots; // values behind by-reference slots
+    VARTYPE* passedTypes_ = ownTypes_;           // of each slot, as the server was given it
+
+    VARIANT ownVariants_[2 * ownSlots];
+    VARTYPE ownTypes_[ownSlots];
+    std::unique_ptr<VARIANT[]> moreVariants_;
+    std::unique_ptr<VARTYPE[]> moreTypes_;
 };
 
 } // namespace axlink2

@@ -71,7 +71,7 @@ TEST_F(SampleServer, WritesItsOutputs) {
                      {byReference(VT_I4, &a), byReference(VT_I4, &b)})
                   .hr,
               S_OK);
-    EXPECT_EQ(std::pair(a, b), std::pair(2, 1));
+    EXPECT_EQ(std::pair(a, b), std::pair(LONG{2}, LONG{1}));
     double min = 0;
     double max = 0;
     EXPECT_EQ(
