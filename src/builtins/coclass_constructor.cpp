@@ -1,7 +1,6 @@
 // Construction by class name.
 #include "builtins/coclass_constructor.h"
 
-#include "builtins/builtin_declarations.h"
 #include "classmodel/class_description.h"
 #include "comruntime/server_creation.h"
 #include "host/exception.h"
@@ -12,9 +11,6 @@
 #include <string_view>
 
 namespace axlink2 {
-
-COMCoclassConstructorInfo::COMCoclassConstructorInfo(hos::HOSClass* owner)
-    : COMBuiltinMethodInfo(owner, declarations::constructor) {}
 
 void COMCoclassConstructorInfo::invoke(const hos::HOSClient*, std::uint32_t*,
                                        hos::HOSValue* outputs, std::int32_t,

@@ -1,13 +1,13 @@
 // The constructor of a server's class: the class's name used as a function.
 #pragma once
 
-#include "builtins/builtin_method.h"
+#include "builtins/builtin_declarations.h"
 
 namespace axlink2 {
 
-class COMCoclassConstructorInfo final : public COMBuiltinMethodInfo {
+class COMCoclassConstructorInfo final : public Builtin<declarations::constructor> {
   public:
-    explicit COMCoclassConstructorInfo(hos::HOSClass* owner);
+    using Builtin::Builtin;
 
     // With "server", a machine and "IDispatch" starts a server for the object in `outputs[0]`,
     // which the host has made. Raises "VELMAR:COM:unsupported64bit" for "IUnknown" and

@@ -86,29 +86,10 @@ TEST_F(BuiltinMembers, DeclareTheirSignaturesInOrder) {
 
 TEST_F(BuiltinMembers, SayThatTheyAreNotAvailableYet) {
     const Array text(hxCreateString("x"));
-    const Array one = scalar(1);
-    struct Row {
-        const char* name;
-        std::vector<const hxArray*> inputs;
-    };
-    const Row rows[] = {{"release", {}},
-                        {"delete", {one.get()}},
-                        {"events", {}},
-                        {"invoke", {}},
-                        {"invoke", {text.get(), one.get(), one.get()}},
-                        {"get", {}},
-                        {"get", {text.get()}},
-                        {"get", {text.get(), one.get()}},
-                        {"set", {text.get(), one.get()}},
-                        {"isprop", {}},
-                        {"getappdata", {}},
-                        {"getappdata", {text.get()}},
-                        {"move", {}},
-                        {"save", {text.get()}}};
-    for (const Row& row : rows) {
-        const auto error = describedErrorOf([&] { call(object, row.name, 0, row.inputs); });
-        EXPECT_EQ(error.identifier, "VELMAR:COM:notavailable") << row.name << ": " << error.text;
-        EXPECT_NE(error.text.find(row.name), std::string::npos);
+    for (const char* name : {"save", "load"}) {
+        const auto error = describedErrorOf([&] { call(object, name, 0, {text.get()}); });
+        EXPECT_EQ(error.identifier, "VELMAR:COM:notavailable") << name << ": " << error.text;
+        EXPECT_NE(error.text.find(name), std::string::npos);
     }
 }
 

@@ -1,0 +1,84 @@
+// Reading coclasses for the interfaces that they list.
+#include "builtins/coclass_interfaces.h"
+
+#include "comruntime/com_error.h"
+#include "comruntime/source_interface.h"
+#include "comruntime/type_reader.h"
+#include "platform/typeinfo_holders.h"
+
+#include <algorithm>
+
+namespace axlink2 {
+namespace {
+
+using platform::ComPtr;
+using platform::TypeAttrHolder;
+
+// Types that are looked at in one library at most: a count that lies must not cost for ever.
+constexpr UINT mostTypes = 0x10000;
+
+std::string nameOf(ITypeInfo* type) {
+    platform::ScopedBstr name;
+    if (FAILED(type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr))) {
+        (void)name.detach(); // an out-parameter of a failed call is not to be trusted
+        return {};
+    }
+    return narrowName(name.get()).value_or("");
+}
+
+// What a coclass lists, as far as it has been read.
+struct CoclassListing {
+    bool listsWanted = false;
+    std::vector<std::string> names;
+
+    void add(ITypeInfo* coclass, UINT index, const GUID& wanted) {
+        const auto type = implementedType(coclass, index);
+        const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
+        int flags = 0;
+        if (!attributes || FAILED(coclass->GetImplTypeFlags(index, &flags))) return;
+        if (IsEqualGUID(attributes->guid, wanted)) listsWanted = true;
+        if (flags & IMPLTYPEFLAG_FSOURCE) return;
+        std::string name = nameOf(type.get());
+        if (name.empty()) return;
+        const bool isDefault = flags & IMPLTYPEFLAG_FDEFAULT;
+        names.insert(isDefault ? names.begin() : names.end(), std::move(name));
+    }
+};
+
+CoclassListing readCoclass(ITypeLib* library, UINT index, const GUID& wanted) {
+    CoclassListing listing;
+    ComPtr<ITypeInfo> type;
+    if (FAILED(library->GetTypeInfo(index, type.put()))) {
+        (void)type.detach(); // as above
+        return listing;
+    }
+    const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
+    if (!attributes || attributes->typekind != TKIND_COCLASS) return listing;
+    for (UINT i = 0; i < attributes->cImplTypes; ++i)
+        listing.add(type.get(), i, wanted);
+    return listing;
+}
+
+ComPtr<ITypeInfo> typeInfoOf(IDispatch* server) {
+    ComPtr<ITypeInfo> type;
+    if (!server || FAILED(guardedGetTypeInfo(server, type.put()))) (void)type.detach();
+    return type;
+}
+
+} // namespace
+
+std::vector<std::string> coclassInterfaceNames(IDispatch* server) {
+    const auto type = typeInfoOf(server);
+    const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
+    if (!attributes) return {};
+    const auto library = containingLibrary(type.get());
+    if (!library) return {};
+    const UINT count = std::min(library->GetTypeInfoCount(), mostTypes);
+    for (UINT index = 0; index < count; ++index) {
+        CoclassListing listing = readCoclass(library.get(), index, attributes->guid);
+        if (listing.listsWanted) return std::move(listing.names);
+    }
+    return {};
+}
+
+} // namespace axlink2

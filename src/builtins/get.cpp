@@ -1,0 +1,130 @@
+// Reading properties by name, all at once, several, or over a vector of objects.
+#include "builtins/get.h"
+
+#include "builtins/call_support.h"
+#include "builtins/fold_name.h"
+#include "builtins/host_call.h"
+#include "builtins/property_lookup.h"
+#include "dispatch/call_by_name.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
+
+#include <optional>
+#include <utility>
+
+namespace axlink2 {
+namespace {
+
+using harray::unique_array;
+using ComError = hbase::core::except::Exception<VELMAR::COM::COMException, std::exception, void>;
+
+unique_array readProperty(const hxArray* objects, std::size_t index, const char* name) {
+    return unique_array(hxGetPropertyShared(objects, index, name));
+}
+
+unique_array valueOrMessage(const hxArray* objects, const char* name) {
+    try {
+        return readProperty(objects, 0, name);
+    } catch (const ComError& error) {
+        return unique_array(hxCreateString(error.GetMessageTxt().c_str()));
+    }
+}
+
+// All errors of a query share one identifier; their texts tell them apart.
+[[noreturn]] void refuse(const hmsgcore::BaseMsgID& reason) {
+    using namespace hsys::i18n;
+    hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(
+        MessageCatalog::get_message(reason, HsysLocale::global())));
+}
+
+// The name of the property that `text` means; none when no property begins with it.
+std::optional<std::string> matchProperty(hos::HOSInterface& object, const std::string& text) {
+    const std::string wanted = foldName(text);
+    std::optional<std::string> partial;
+    bool ambiguous = false;
+    for (const hos::HOSPropInfo* property : readableProperties(object)) {
+        const std::string candidate = foldName(property->getName());
+        if (candidate == wanted) return property->getName();
+        if (!candidate.starts_with(wanted)) continue;
+        if (partial)
+            ambiguous = true;
+        else
+            partial = property->getName();
+    }
+    if (ambiguous)
+        refuse(VELMAR::class_::AmbiguousPropertyException(*partial, object.getClass()->getName()));
+    return partial;
+}
+
+std::vector<std::string> namesInCell(const hxArray* cell) {
+    if (hxGetClassID(cell) != hxCELL_CLASS) refuse(VELMAR::COM::InvalidGetSecondArg());
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < hxGetNumberOfElements(cell); ++i) {
+        auto name = scalarText(hxGetCell(cell, i));
+        if (!name) refuse(VELMAR::COM::InvalidGetArgInCell());
+        names.push_back(*std::move(name));
+    }
+    return names;
+}
+
+// The property of that exact name, or what the server knows by it.
+unique_array readExactly(const hxArray* objects, const hos::HOSInterfacePtr& object,
+                         const std::string& name) {
+    if (findProperty(*object, name)) return readProperty(objects, 0, name.c_str());
+    std::uint32_t one = 1;
+    hos::HOSValue value;
+    callByName(object, name.c_str(), DISPATCH_PROPERTYGET, &one, &value, 0, nullptr);
+    return unique_array(value.array());
+}
+
+} // namespace
+
+void COMGet1MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                               hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
+    // Names, since a server that is asked for one property may cause another to be deleted.
+    const auto names = namesOf(readableProperties(*firstObject(inputs)));
+    unique_array values = createStruct(names);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        hxSetFieldByNumber(values.get(), 0, static_cast<int>(i),
+                           valueOrMessage(inputs[0].array(), names[i].c_str()).release());
+    giveOrShow(std::move(values), outputCount, outputs);
+}
+
+void COMGet2MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                               hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
+    const hos::HOSInterfacePtr object = firstObject(inputs);
+    const hxArray* objects = inputs[0].array();
+    if (const auto text = scalarText(inputs[1].array())) {
+        const auto name = matchProperty(*object, *text);
+        if (!name)
+            return callByName(object, text->c_str(), DISPATCH_PROPERTYGET, outputCount, outputs, 0,
+                              nullptr);
+        return giveOutput(readProperty(objects, 0, name->c_str()), outputCount, outputs);
+    }
+    const auto names = namesInCell(inputs[1].array());
+    unique_array values(hxCreateCellMatrix(1, names.size()));
+    for (std::size_t i = 0; i < names.size(); ++i)
+        hxSetCell(values.get(), i, readExactly(objects, object, names[i]).release());
+    giveOutput(std::move(values), outputCount, outputs);
+}
+
+void COMGet3MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                               hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
+    const auto* name = inputs[1].pointer<const char>();
+    requireClassProperty(*ownerClass, name);
+    const hxArray* objects = inputs[0].array();
+    const std::size_t count = hxGetNumberOfElements(objects);
+    unique_array values(hxCreateCellMatrix(count, 1));
+    for (std::size_t i = 0; i < count; ++i)
+        hxSetCell(values.get(), i, readProperty(objects, i, name).release());
+    giveOutput(std::move(values), outputCount, outputs);
+}
+
+void COMGet4MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                               hos::HOSValue* outputs, std::int32_t inputCount,
+                               hos::HOSValue* inputs) {
+    callByName(firstObject(inputs), inputs[1].pointer<const char>(), DISPATCH_PROPERTYGET,
+               outputCount, outputs, inputCount - 2, inputs + 2);
+}
+
+} // namespace axlink2

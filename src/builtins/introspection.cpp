@@ -1,0 +1,54 @@
+// What a program can ask an object about itself.
+#include "builtins/introspection.h"
+
+#include "builtins/call_support.h"
+#include "builtins/fold_name.h"
+#include "builtins/host_call.h"
+#include "builtins/property_lookup.h"
+
+namespace axlink2 {
+namespace {
+
+bool hasPropertyInAnyCase(hos::HOSClass& owner, const std::string& name) {
+    const auto wanted = tryFoldName(name);
+    if (!wanted) return false;
+    hos::HOSIterator properties;
+    owner.getProperties(&properties);
+    while (properties.hasMoreElements())
+        if (tryFoldName(hos::hosiToProp(properties.nextElement())->getName()) == wanted)
+            return true;
+    return false;
+}
+
+bool isProperty(std::int32_t inputCount, const hos::HOSValue* inputs) {
+    const auto name = inputCount == 2 ? scalarText(inputs[1].array()) : std::nullopt;
+    if (!name) return false;
+    const hos::HOSInterfacePtr object = firstObject(inputs);
+    return findProperty(*object, *name) || hasPropertyInAnyCase(*object->getClass(), *name);
+}
+
+} // namespace
+
+void COMMehtodsMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                                  hos::HOSValue* outputs, std::int32_t inputCount,
+                                  hos::HOSValue* inputs) {
+    const harray::unique_array function = harray::create(u"methods");
+    std::vector<const hxArray*> arguments{function.get()};
+    for (std::int32_t i = 0; i < inputCount; ++i)
+        arguments.push_back(inputs[i].array());
+    // Past any overload for the object's class, this one included.
+    auto results = callHost("builtin", *outputCount, arguments);
+    for (std::uint32_t i = 0; i < *outputCount; ++i)
+        outputs[i] = hos::HOSValue::ofPointer(results[i].release());
+}
+
+void COMIspropMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
+                                 hos::HOSValue* outputs, std::int32_t inputCount,
+                                 hos::HOSValue* inputs) {
+    giveOutput(isProperty(inputCount, inputs), outputCount, outputs);
+}
+
+void COMEventsMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::HOSValue*,
+                                 std::int32_t, hos::HOSValue*) {}
+
+} // namespace axlink2
