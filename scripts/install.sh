@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs the packages of packages.txt that are missing.
+# install.sh [FILE]: installs the packages of FILE, by default scripts/packages.txt, that are missing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-mapfile -t packages < <(grep -v '^#' scripts/packages.txt)
+mapfile -t packages < <(grep -v '^#' "${1:-scripts/packages.txt}")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||

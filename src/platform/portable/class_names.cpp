@@ -1,7 +1,7 @@
 // GUIDs and ProgIDs as text, and the way from one to the other through the registry.
+#include "platform/fold_case.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/class_registration.h"
-#include "platform/fold_case.h"
 #include "platform/portable/registry.h"
 #include "platform/portable/system.h"
 

@@ -21,6 +21,7 @@ _com_error::_com_error(const _com_error& other) noexcept
     : _com_error(other.hr_, other.errorInfo_, true) {}
 
 _com_error& _com_error::operator=(const _com_error& other) noexcept {
+    if (this == &other) return *this;
     hr_ = other.hr_;
     if (IErrorInfo* old = std::exchange(errorInfo_, other.ErrorInfo())) {
         old->Release();

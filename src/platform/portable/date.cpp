@@ -34,7 +34,9 @@ double joinDate(sys_days day, int second) noexcept {
     const auto whole = static_cast<double>((day - dateEpoch).count());
     const double direction = whole < 0 ? -1 : 1;
     // Hours, minutes and seconds are added one by one, which decides the last bit.
-    return whole + direction * (second / 3600) / 24 + direction * (second / 60 % 60) / 1440 +
+    const int hours = second / 3600;
+    const int minutes = second / 60 % 60;
+    return whole + direction * hours / 24 + direction * minutes / 1440 +
            direction * (second % 60) / secondsPerDay;
 }
 

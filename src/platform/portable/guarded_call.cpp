@@ -74,7 +74,7 @@ std::uintptr_t stackPointer(const void* context) {
 
 // Below the thread's stack, and near enough to the stack pointer to have been pushed there.
 bool isStackOverflow(std::uintptr_t address, const void* context) {
-    constexpr std::uintptr_t reach = 64 * 1024;
+    constexpr std::uintptr_t reach = std::uintptr_t{64} * 1024;
     const std::uintptr_t low = threadState.stackLow;
     const std::uintptr_t top = stackPointer(context);
     return low != 0 && address < low + 4096 && address + reach >= (top < low ? top : low);
@@ -145,7 +145,7 @@ class HandlerStack {
     }
 
   private:
-    static constexpr std::size_t size = 64 * 1024;
+    static constexpr std::size_t size = std::size_t{64} * 1024;
     void* memory_ = nullptr;
     stack_t previous_{};
 };

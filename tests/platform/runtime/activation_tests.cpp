@@ -86,8 +86,10 @@ class Activation : public testing::Test {
     }
 
     static std::string server(REFCLSID clsid, const std::string& library) {
+        std::filesystem::path path(library);
+        if (!path.empty()) path = std::filesystem::absolute(path);
         return "[HKEY_CLASSES_ROOT\\CLSID\\" + guidText(clsid) + "\\InprocServer32]\n@=\"" +
-               library + "\"\n";
+               path.generic_string() + "\"\n";
     }
 
     const std::filesystem::path file_ = std::filesystem::temp_directory_path() /

@@ -1,0 +1,12 @@
+# GoogleTest from the sources that its package ships.
+if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+    message(FATAL_ERROR "GoogleTest's sources are missing (googletest)")
+endif()
+set(INSTALL_GTEST OFF)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+foreach(library gtest gtest_main gmock)
+    if(NOT TARGET GTest::${library})
+        add_library(GTest::${library} ALIAS ${library})
+    endif()
+endforeach()
+set(GTest_FOUND TRUE)
