@@ -163,6 +163,7 @@ Value concatenate(const std::vector<Values>& rows) {
     if (converted.empty()) return copyOf(model);
     if (used == 1 && converted.size() == 1) return converted[0][0];
     std::vector<Row> measured;
+    measured.reserve(converted.size());
     for (const Values& row : converted)
         measured.push_back(measureRow(row));
     return joinRows(measured, model);

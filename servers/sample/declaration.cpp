@@ -6,7 +6,7 @@ namespace sample {
 
 const kit::Library& library() {
     static const kit::Library made("SampleLib", libraryId,
-                                   {&Server::definition, &Child::definition});
+                                   {&Server::definition, &Child::definition, &Items::definition});
     return made;
 }
 
@@ -23,6 +23,7 @@ const kit::ClassDefinition& Server::definition() {
         declareFailures(builder);
         declareProperties(builder);
         Echoes::declare(builder);
+        Values::declare(builder);
         return builder.source("ISampleEvents", eventsInterface)
             .event("Tick", {{"Count", VT_I4}})
             .event("Renamed", {{"OldName", VT_BSTR}, {"NewName", VT_BSTR}})

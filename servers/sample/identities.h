@@ -9,17 +9,22 @@ namespace sample {
 inline constexpr GUID libraryId = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C00");
 inline constexpr CLSID serverClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C01");
 inline constexpr CLSID childClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C02");
+inline constexpr CLSID itemsClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C03");
+inline constexpr CLSID bareClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C04");
 inline constexpr IID baseInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C10");
 inline constexpr IID serverInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C11");
 inline constexpr IID childInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C12");
 inline constexpr IID eventsInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C13");
+inline constexpr IID collectionInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C14");
+inline constexpr IID itemsInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C15");
+inline constexpr IID bareInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C16");
 
 // Events of the source interface.
 inline constexpr DISPID tickEvent = 1;
 inline constexpr DISPID renamedEvent = 2;
 inline constexpr DISPID doneEvent = 3;
 
-// The type library of both classes.
+// The type library of the classes that describe themselves.
 const kit::Library& library();
 
 } // namespace sample

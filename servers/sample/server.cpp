@@ -21,7 +21,7 @@ kit::ServerError serverError(OleString description, WORD code) {
 
 } // namespace
 
-Server::Server() : Echoes(definition()) {}
+Server::Server() : Values(definition()) {}
 
 Server::~Server() = default;
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "servers/sample/child.h"
-#include "servers/sample/echoes.h"
+#include "servers/sample/values.h"
 
 #include <map>
 
@@ -15,7 +15,7 @@ using platform::OleString;
 using platform::OleView;
 
 // "Sample.Server.1".
-class Server final : public Echoes {
+class Server final : public Values {
   public:
     Server();
     ~Server() override;

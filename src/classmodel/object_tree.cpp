@@ -15,15 +15,47 @@ void eraseLink(Links& links, const COMInstanceRecord& record) {
     if (found != links.end()) links.erase(found);
 }
 
-// The lists of a record, which is left without any: a walk that comes back finds nothing to do.
-struct TakenLinks {
-    explicit TakenLinks(COMInstanceRecord& record)
-        : children(std::exchange(record.children, {})), parents(std::exchange(record.parents, {})) {
-    }
+// Objects that have gone leave their links behind; before a list grows they are swept out.
+void addLink(Links& links, const hos::HOSInterfacePtr& object) {
+    if (links.size() == links.capacity())
+        std::erase_if(links, [](const auto& link) { return !link; });
+    links.emplace_back(object, hos::HOSReferenceType::Weak);
+}
 
+// One object of a tree that is being deleted, with what is still to be ended before it.
+struct Ending {
+    Ending(COMInstanceRecord& record, hos::HOSInterfacePtr object)
+        : record(&record), object(std::move(object)), children(std::exchange(record.children, {})),
+          parents(std::exchange(record.parents, {})) {}
+
+    COMInstanceRecord* record;
+    hos::HOSInterfacePtr object; // null for the one that its caller ends
     Links children;
     Links parents;
+    std::size_t nextChild = 0;
+    std::size_t nextParent = 0;
 };
+
+// The next relation of an object, told to forget it; null when there is none left.
+hos::HOSInterfacePtr nextRelation(Ending& ending) {
+    while (ending.nextChild < ending.children.size()) {
+        const hos::HOSInterfacePtr child(ending.children[ending.nextChild++],
+                                         hos::HOSReferenceType::Strong);
+        if (COMInstanceRecord* record = recordOf(child)) {
+            record->parents.clear();
+            return child;
+        }
+    }
+    while (ending.nextParent < ending.parents.size()) {
+        const hos::HOSInterfacePtr parent(ending.parents[ending.nextParent++],
+                                          hos::HOSReferenceType::Strong);
+        if (COMInstanceRecord* record = recordOf(parent)) {
+            eraseLink(record->children, *ending.record);
+            return parent;
+        }
+    }
+    return {};
+}
 
 } // namespace
 
@@ -31,8 +63,8 @@ void linkToOwner(const hos::HOSInterfacePtr& object, const hos::HOSInterfacePtr&
     COMInstanceRecord* record = recordOf(object);
     COMInstanceRecord* ownerRecord = recordOf(owner);
     if (!record || !ownerRecord) return;
-    ownerRecord->children.emplace_back(object, hos::HOSReferenceType::Weak);
-    record->parents.emplace_back(owner, hos::HOSReferenceType::Weak);
+    addLink(ownerRecord->children, object);
+    addLink(record->parents, owner);
 }
 
 void detachFromTree(COMInstanceRecord& record) {
@@ -46,7 +78,7 @@ void detachFromTree(COMInstanceRecord& record) {
         childRecord->parents.clear();
         for (const auto& parent : record.parents)
             if (COMInstanceRecord* parentRecord = recordOf(parent))
-                parentRecord->children.push_back(child);
+                addLink(parentRecord->children, child);
     }
     record.children.clear();
     record.parents.clear();
@@ -54,23 +86,17 @@ void detachFromTree(COMInstanceRecord& record) {
 
 void deleteTree(COMInstanceRecord& record, const hos::HOSClient* client) {
     if (record.parents.empty() && record.children.empty()) return;
-    // A parent must still know this object when it is told to forget it.
-    const TakenLinks links(record);
-    for (const auto& child : links.children) {
-        const hos::HOSInterfacePtr kept(child, hos::HOSReferenceType::Strong);
-        COMInstanceRecord* childRecord = recordOf(kept);
-        if (!childRecord) continue;
-        childRecord->parents.clear();
-        deleteTree(*childRecord, client);
-        kept->destroy(hos::HOSGetPublicClient());
-    }
-    for (const auto& parent : links.parents) {
-        const hos::HOSInterfacePtr kept(parent, hos::HOSReferenceType::Strong);
-        COMInstanceRecord* parentRecord = recordOf(kept);
-        if (!parentRecord) continue;
-        eraseLink(parentRecord->children, record);
-        deleteTree(*parentRecord, client);
-        kept->destroy(client);
+    // Chains may be longer than the stack is deep.
+    std::vector<Ending> endings;
+    endings.emplace_back(record, hos::HOSInterfacePtr());
+    while (!endings.empty()) {
+        if (hos::HOSInterfacePtr relation = nextRelation(endings.back())) {
+            endings.emplace_back(*recordOf(relation), relation);
+            continue;
+        }
+        const hos::HOSInterfacePtr ended = endings.back().object;
+        endings.pop_back();
+        if (ended) ended->destroy(client);
     }
 }
 

@@ -47,6 +47,22 @@ void handOver(hos::HOSValue value, VARIANT* out) {
         VariantCopy(out, instance->variant.get());
 }
 
+// What is no array goes on as it stands; a reference leads to `backing`, from where what the server
+// puts there is read.
+void passOnOther(const VARIANT& held, VARIANT* out, VARIANT* backing) {
+    if (!(held.vt & VT_BYREF)) {
+        VariantCopy(out, &held);
+        return;
+    }
+    VariantCopyInd(backing, const_cast<VARIANT*>(&held));
+    if (held.vt == (VT_BYREF | VT_VARIANT)) {
+        out->vt = held.vt;
+        out->pvarVal = backing;
+    } else {
+        makeByRefVariant(out, backing);
+    }
+}
+
 std::string typeName(const char* kind, VARTYPE elementType) {
     return std::string(kind).append("(").append(vartypeName(elementType)).append(")");
 }
@@ -66,6 +82,8 @@ hos::HOSValue ArgInstanceConverter::fromVariant(const VARIANT& v) {
 
 hos::HOSValue ArgInstanceConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr&,
                                                    const char*) {
+    // What a reference leads to may be gone when the value is read.
+    if (v.vt & VT_BYREF) VariantCopyInd(&v, &v);
     auto* instance = new COMVariantInstance();
     *instance->variant = std::exchange(v, VARIANT{});
     return hos::HOSValue::ofPointer(instance);
@@ -77,8 +95,10 @@ ArgVariantConverter::ArgVariantConverter(VARTYPE vartype) : ArgInstanceConverter
 
 void ArgVariantConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing,
                                     bool byRef) {
-    handOver(value, byRef ? backing : out);
-    if (byRef) makeByRefVariant(out, backing);
+    if (!byRef) return handOver(value, out);
+    handOver(value, backing);
+    if (backing->vt & VT_BYREF) VariantCopyInd(backing, backing);
+    makeByRefVariant(out, backing);
 }
 
 void ArgSafeArrayConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT*, bool) {
@@ -96,7 +116,7 @@ void ArgRefSafeArrayConverter::toVariant(hos::HOSValue value, VARIANT* out, VARI
     if (!instance) return;
     const VARIANT& held = *instance->variant;
     if ((held.vt & (VT_BYREF | VT_ARRAY)) != (VT_BYREF | VT_ARRAY)) {
-        VariantCopy(out, &held); // no array: passed on as it stands
+        passOnOther(held, out, backing);
         return;
     }
     backing->vt = static_cast<VARTYPE>((held.vt & VT_TYPEMASK) | VT_ARRAY);

@@ -7,6 +7,7 @@
 #include "host/text.h"
 
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace axlink2 {
@@ -19,8 +20,10 @@ ScopedSafeArray newArray(const hxArray* value, VARTYPE vt) {
     if (dimensions == 2 && hxGetN(value) == 1 && axlink::SafeArraySingleDim()) dimensions = 1;
     const std::size_t* extents = hxGetDimensions(value);
     std::vector<SAFEARRAYBOUND> bounds(dimensions);
-    for (std::size_t i = 0; i < dimensions; ++i)
+    for (std::size_t i = 0; i < dimensions; ++i) {
+        if (extents[i] > std::numeric_limits<ULONG>::max()) return {}; // more than COM can count
         bounds[i].cElements = static_cast<ULONG>(extents[i]);
+    }
     return ScopedSafeArray::adopt(
         SafeArrayCreate(vt, static_cast<UINT>(dimensions), bounds.data()));
 }

@@ -106,18 +106,19 @@ BSTR newText(platform::OleView text) {
     return bstr;
 }
 
-void setText(const Request& request, std::optional<platform::OleView> text) {
-    VARIANT& owner = request.byRef ? request.holders.add() : request.target;
+// No text is a null BSTR.
+void setText(VARIANT& owner, std::optional<platform::OleView> text) {
     owner.bstrVal = text ? newText(*text) : nullptr;
     owner.vt = VT_BSTR;
-    if (request.byRef) refer(request.target, VT_BSTR, &owner.bstrVal);
 }
 
 void convertChar(const Request& request) {
+    VARIANT& owner = request.byRef ? request.holders.add() : request.target;
     if (request.isEmpty())
-        setText(request, std::nullopt);
+        setText(owner, std::nullopt);
     else
-        setText(request, *charToWideText(request.value));
+        setText(owner, *charToWideText(request.value));
+    if (request.byRef) refer(request.target, VT_BSTR, &owner.bstrVal);
 }
 
 void convertCell(const Request& request) {
@@ -145,13 +146,14 @@ void convertHandle(const Request& request) {
     if (record->dispatch) record->dispatch->AddRef();
 }
 
+// Neither objects nor strings have a by-reference form.
 void convertOpaque(const Request& request) {
     if (hxIsA(request.value, "handle")) {
         convertHandle(request);
     } else if (hoststring::isString(request.value)) {
         std::u16string text;
         if (hoststring::getScalarText(request.value, text, true))
-            setText(request, platform::toOle(std::u16string_view(text)));
+            setText(request.target, platform::toOle(std::u16string_view(text)));
         else
             hxWarningMsgId(VELMAR::COM::invalidargumenttype());
     }
@@ -167,7 +169,10 @@ void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int
                    bool forceArray, ReferenceHolders& holders) {
     if (row == 0 && col == 0) VariantInit(base);
     VARIANT& target = base[row + static_cast<std::ptrdiff_t>(col) * rows];
-    if (!value) return setMissing(target); // null reads as an empty double
+    if (!value) { // reads as an empty double
+        if (byRef) return refer(target, VT_VARIANT, &holders.add());
+        return setMissing(target);
+    }
     const hxClassID id = hxGetClassID(value);
     if (byRef && hxIsEmpty(value) && !hasEmptyReference(id))
         hmsgcore::raise(VELMAR::COM::invalidargumenttype());

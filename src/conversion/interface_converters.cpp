@@ -30,7 +30,7 @@ hos::HOSValue ArgInterfaceConverter::fromVariant(const VARIANT&) { return hos::H
 
 hos::HOSValue ArgInterfaceConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                                     const char* memberName) {
-    if ((v.vt & VT_BYREF) && FAILED(VariantCopyInd(&v, &v))) return {};
+    if ((v.vt & VT_BYREF) && (!v.byref || FAILED(VariantCopyInd(&v, &v)))) return {};
     // Whatever the server declared: only this is known to be an interface.
     if (v.vt != VT_DISPATCH && v.vt != VT_UNKNOWN && v.vt != VT_PTR) return {};
     VARIANT taken = std::exchange(v, VARIANT{});

@@ -8,6 +8,8 @@
 #include <boost/algorithm/string/erase.hpp>
 #include <boost/algorithm/string/replace.hpp>
 
+#include <stdexcept>
+
 namespace axlink2 {
 namespace {
 
@@ -47,7 +49,12 @@ _bstr_t interfaceDisplayName(const _bstr_t& iidText) {
     if (!libraryId) return nothing;
 
     const VersionText version = versionOf(libraryKey);
-    const _bstr_t library = typeLibraryName(*libraryId, version.major, version.minor);
+    _bstr_t library;
+    try {
+        library = typeLibraryName(*libraryId, version.major, version.minor);
+    } catch (const std::logic_error&) {
+        return nothing; // a version that is no number of the size that versions have
+    }
     if (library.length() == 0) return nothing;
     const OleString joined = textOf(library) + OLESTR("_") + *interfaceName;
     return sanitizeClassName(_bstr_t(joined.c_str()), true);
@@ -55,7 +62,10 @@ _bstr_t interfaceDisplayName(const _bstr_t& iidText) {
 
 std::string interfaceClassName(const _bstr_t& key) {
     const _bstr_t displayName = interfaceDisplayName(key);
-    if (displayName.length() > 0) return platform::toNarrow(textOf(displayName));
+    return displayName.length() > 0 ? platform::toNarrow(textOf(displayName)) : nameAfterKey(key);
+}
+
+std::string nameAfterKey(const _bstr_t& key) {
     std::string name = platform::toNarrow(textOf(key));
     boost::algorithm::erase_first(name, "{");
     boost::algorithm::erase_first(name, "}");

@@ -4,7 +4,9 @@
 #include "host/message_ids.h"
 #include "platform/holders.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -20,7 +22,8 @@ std::optional<std::size_t> extentOf(SAFEARRAY* array, UINT dimension) {
         FAILED(SafeArrayGetUBound(array, dimension, &upper)))
         return std::nullopt;
     const std::int64_t extent = std::int64_t{upper} - lower + 1;
-    if (extent < 0) return std::nullopt;
+    // A dimension without elements may wrap round; no dimension has more than this.
+    if (extent < 0 || extent > std::numeric_limits<ULONG>::max()) return std::nullopt;
     return static_cast<std::size_t>(extent);
 }
 
@@ -95,12 +98,10 @@ void variantElementToHost(VARIANT& element, hxArray** out,
         variantToHost(&element, out, context);
         return;
     }
-    // What stands in the array isn't ours to change.
-    platform::ScopedVariant copy;
-    if (FAILED(VariantCopyInd(copy.inOut(), &element)))
-        fallBackToNaN(out);
-    else
-        variantToHost(copy.inOut(), out, context);
+    // What stands in the array isn't ours to change. A plain copy will do: references and values
+    // that turn into text own nothing.
+    auto copy = platform::ScopedVariant::adopt(element);
+    variantToHost(copy.inOut(), out, context);
 }
 
 void elementToHost(SAFEARRAY* array, LONG* indices, VARTYPE kind, hxArray** out,
@@ -143,8 +144,12 @@ void fillCell(SAFEARRAY* array, VARTYPE kind, const std::vector<std::size_t>& ex
     } while (advance(subscripts, extents));
 }
 
-bool isConvertible(VARTYPE kind) {
-    return kind == VT_DISPATCH || kind == VT_UNKNOWN || kind == VT_BSTR || kind == VT_VARIANT;
+// Whether the elements are of a kind that a cell takes, of its size, and there at all: the array's
+// own words are not to be trusted.
+bool isReadable(SAFEARRAY* array, VARTYPE kind) {
+    const bool isPointer = kind == VT_DISPATCH || kind == VT_UNKNOWN || kind == VT_BSTR;
+    if (!array->pvData || !(isPointer || kind == VT_VARIANT)) return false;
+    return SafeArrayGetElemsize(array) == (isPointer ? sizeof(void*) : sizeof(VARIANT));
 }
 
 harray::unique_array newCell(const std::vector<std::size_t>& extents,
@@ -180,21 +185,20 @@ void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionCon
         extents.push_back(extentOf(array, d).value_or(0));
         SafeArrayGetLBound(array, d, &lower[d - 1]);
     }
-    // A cell has two dimensions at least; one of a single extent is a row.
+    // The host makes a column of a single extent.
     if (dimensions == 0) extents = {0, 0};
+    const bool hasElements = std::count(extents.begin(), extents.end(), 0u) == 0;
+    const VARTYPE kind = hasElements ? elementKind(array) : VARTYPE{VT_EMPTY};
+    if (hasElements && !isReadable(array, kind)) {
+        failedArray(out, context);
+        return;
+    }
     auto cell = newCell(extents, context);
     if (!cell) {
         fallBackToNaN(out);
         return;
     }
-    if (dimensions > 0 && hxGetNumberOfElements(cell.get()) > 0) {
-        const VARTYPE kind = elementKind(array);
-        if (!isConvertible(kind)) {
-            failedArray(out, context);
-            return;
-        }
-        fillCell(array, kind, extents, lower, cell.get(), context);
-    }
+    if (hasElements) fillCell(array, kind, extents, lower, cell.get(), context);
     *out = cell.release();
 }
 

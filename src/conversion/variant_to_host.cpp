@@ -124,11 +124,15 @@ int variantScalarToHost(VARIANT* v, hxArray** out, const VariantConversionContex
 
 int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& context) {
     if (!v) return 0;
-    if ((v->vt & VT_BYREF) && FAILED(VariantCopyInd(v, v))) {
+    if ((v->vt & VT_BYREF) && (!v->byref || FAILED(VariantCopyInd(v, v)))) {
         warnOfFailure<VELMAR::COM::variant_conversion_failedBYREF>(context);
         return fallBackToNaN(out);
     }
-    if (!(v->vt & (VT_ARRAY | VT_VECTOR))) return variantScalarToHost(v, out, context);
+    if (v->vt & VT_VECTOR) { // a form of property sets, not of arguments
+        if (context.warn) hxWarningMsgId(VELMAR::COM::unsupported_safearray_type());
+        return fallBackToNaN(out);
+    }
+    if (!(v->vt & VT_ARRAY)) return variantScalarToHost(v, out, context);
     const VARTYPE element = v->vt & VT_TYPEMASK;
     if (!becomesCell(element)) return safeArrayToNumeric(v->parray, element, out, context);
     if (context.depth >= deepest) {

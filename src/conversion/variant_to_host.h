@@ -15,8 +15,8 @@ struct VariantConversionContext {
 };
 
 // `*out` becomes a new array that the caller owns. A by-reference `*v` is replaced by a copy of
-// what it refers to, and dates and decimals by their text; `*v` stays the caller's, but an
-// interface in it passes its reference on to the new object. Gives 1 for a real conversion, 0 for a
+// what it refers to, and dates and decimals by their text; `*v` stays the caller's, an interface
+// in it too: the new object has a reference of its own. Gives 1 for a real conversion, 0 for a
 // fallback; a null `v` leaves `*out` alone.
 int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& context);
 

@@ -52,7 +52,9 @@ _bstr_t identityOf(IDispatch* server) {
     const auto info = ComPtr<ITypeInfo>::adopt(raw);
     const platform::TypeAttrHolder attributes(info.get(), &ITypeInfo::GetTypeAttr);
     OLECHAR text[39];
-    if (!attributes || !StringFromGUID2(attributes->guid, text, std::size(text))) return _bstr_t();
+    if (!attributes || IsEqualGUID(attributes->guid, GUID_NULL) ||
+        !StringFromGUID2(attributes->guid, text, std::size(text)))
+        return _bstr_t();
     return _bstr_t(text);
 }
 
@@ -86,6 +88,8 @@ std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server) {
     const boost::upgrade_to_unique_lock<boost::shared_mutex> exclusive(lock);
     if (const auto found = interfaceClasses.find(key); found != interfaceClasses.end())
         return found->second;
+    // Two interfaces may be registered under one name; the later goes by its IID.
+    if (findClass(interfaceNamespace, name)) name = nameAfterKey(key);
     addClass(interfaceNamespace, std::make_unique<COMInterfaceClassInfo>(name, server));
     interfaceClasses.emplace(key, name);
     return name;

@@ -18,6 +18,9 @@ hxArray* wrapInterface(VARIANT* v, const hos::HOSInterfacePtr& owner, const char
 // new, to be populated from `server`.
 std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server);
 
+// A name after the key itself, without braces and hyphens.
+std::string nameAfterKey(const _bstr_t& key);
+
 // What a class of that key will be called: by its registered name, else after the key.
 std::string interfaceClassName(const _bstr_t& key);
 

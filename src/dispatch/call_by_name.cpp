@@ -56,23 +56,21 @@ void callByName(hos::HOSInterfacePtr object, const char* name, WORD flags,
     const auto server = platform::ComPtr<IDispatch>::borrow(record->dispatch);
     const DISPID dispid = dispidOf(server.get(), name);
 
+    UntypedArguments arguments(inputCount, inputs);
+    DISPID named = DISPID_PROPERTYPUT;
+    DISPPARAMS params{arguments.data(), nullptr, arguments.count(), 0};
+    if (flags == DISPATCH_PROPERTYPUT) {
+        params.rgdispidNamedArgs = &named;
+        params.cNamedArgs = 1;
+    }
+    COMExcepInfo excepInfo(true);
+    UINT argumentError = 0;
     platform::ScopedVariant result;
-    {
-        UntypedArguments arguments(inputCount, inputs);
-        DISPID named = DISPID_PROPERTYPUT;
-        DISPPARAMS params{arguments.data(), nullptr, arguments.count(), 0};
-        if (flags == DISPATCH_PROPERTYPUT) {
-            params.rgdispidNamedArgs = &named;
-            params.cNamedArgs = 1;
-        }
-        COMExcepInfo excepInfo(true);
-        UINT argumentError = 0;
-        const HRESULT hr = guardedInvoke(server.get(), dispid, LOCALE_USER_DEFAULT, flags, &params,
-                                         result.inOut(), &excepInfo.info, &argumentError);
-        if (FAILED(hr)) {
-            (void)result.detach(); // an out-parameter of a failed call is not to be trusted
-            throwCOMError(hr, excepInfo, argumentError, arguments.count());
-        }
+    const HRESULT hr = guardedInvoke(server.get(), dispid, LOCALE_USER_DEFAULT, flags, &params,
+                                     result.inOut(), &excepInfo.info, &argumentError);
+    if (FAILED(hr)) {
+        (void)result.detach(); // an out-parameter of a failed call is not to be trusted
+        throwCOMError(hr, excepInfo, argumentError, arguments.count());
     }
     hxArray* value = nullptr;
     variantToHost(result.inOut(), &value, {.warn = true, .owner = object});

@@ -2,8 +2,11 @@
 // own.
 #include "host/array_store.h"
 
+#include <memory>
 #include <mutex>
 #include <new>
+#include <pthread.h>
+#include <utility>
 
 namespace {
 
@@ -17,18 +20,17 @@ struct Kept {
     Kept* next;
 };
 
-// Trivial, so that reaching it costs nothing; `ThreadEnd` sees to its end.
 struct Pool {
     Kept* first = nullptr;
     std::size_t kept = 0;
-    std::size_t capacity = 0; // nothing is kept before the thread is known, nor after its end
-    enum class State : unsigned char { Unknown, Known, Ended } state = State::Unknown;
     // Arrays made less arrays ended by this thread. Written by it alone, read by all.
     std::atomic<std::ptrdiff_t> balance{0};
     Pool* nextPool = nullptr;
 };
 
-constinit thread_local Pool pool;
+// Null before the thread is known and after its end.
+constinit thread_local Pool* pool = nullptr;
+constinit thread_local bool hasEnded = false;
 
 struct Pools {
     std::mutex mutex;
@@ -42,52 +44,60 @@ Pools& pools() {
     return the;
 }
 
-struct ThreadEnd {
-    ThreadEnd() {
-        const std::lock_guard lock(pools().mutex);
-        pool.nextPool = pools().first;
-        pools().first = &pool;
-        pool.capacity = mostKept;
-    }
-    ~ThreadEnd() {
-        while (pool.first)
-            ::operator delete(std::exchange(pool.first, pool.first->next));
-        pool.capacity = 0;
-        pool.kept = 0;
+void endPool(void* ending) {
+    auto* const mine = static_cast<Pool*>(ending);
+    pool = nullptr;
+    hasEnded = true;
+    while (mine->first)
+        ::operator delete(std::exchange(mine->first, mine->first->next));
+    {
         const std::lock_guard lock(pools().mutex);
         Pool** at = &pools().first;
-        while (*at != &pool)
+        while (*at != mine)
             at = &(*at)->nextPool;
-        *at = pool.nextPool;
-        pools().otherBalance += pool.balance.load(std::memory_order_relaxed);
-        pool.balance.store(0, std::memory_order_relaxed);
-        pool.state = Pool::State::Ended;
+        *at = mine->nextPool;
+        pools().otherBalance += mine->balance.load(std::memory_order_relaxed);
     }
-};
+    delete mine;
+}
+
+// Gives the thread its pool. The thread's end is told by a key and not by a thread_local's
+// destructor: not everywhere does the memory of thread_locals outlive their destructors.
+void beginPool() {
+    static pthread_key_t key;
+    static const bool hasKey = pthread_key_create(&key, endPool) == 0;
+    if (!hasKey) return;
+    auto made = std::unique_ptr<Pool>(new (std::nothrow) Pool);
+    if (!made || pthread_setspecific(key, made.get()) != 0) return;
+    pool = made.release();
+    const std::lock_guard lock(pools().mutex);
+    pool->nextPool = pools().first;
+    pools().first = pool;
+}
+
+inline void note(std::ptrdiff_t change);
 
 // What `note` does for the first array of a thread, and after the thread's end.
 void countSlowly(std::ptrdiff_t change) {
-    if (pool.state == Pool::State::Unknown) {
-        pool.state = Pool::State::Known;
-        thread_local ThreadEnd end;
-        static_cast<void>(end);
-    }
+    if (!hasEnded) beginPool();
+    if (pool) return note(change);
     const std::lock_guard lock(pools().mutex);
     pools().otherBalance += change;
 }
 
 inline void note(std::ptrdiff_t change) {
-    if (pool.state != Pool::State::Known) [[unlikely]]
+    if (!pool) [[unlikely]]
         return countSlowly(change);
-    pool.balance.store(pool.balance.load(std::memory_order_relaxed) + change,
-                       std::memory_order_relaxed);
+    pool->balance.store(pool->balance.load(std::memory_order_relaxed) + change,
+                        std::memory_order_relaxed);
 }
 
 } // namespace
 
 void* hxArray::operator new(std::size_t size) {
     note(1);
-    if (!pool.first) {
+    Pool* const mine = pool;
+    if (!mine || !mine->first) {
         try {
             return ::operator new(size);
         } catch (...) {
@@ -95,18 +105,19 @@ void* hxArray::operator new(std::size_t size) {
             throw;
         }
     }
-    --pool.kept;
-    return std::exchange(pool.first, pool.first->next);
+    --mine->kept;
+    return std::exchange(mine->first, mine->first->next);
 }
 
 void hxArray::operator delete(void* header) {
     note(-1);
-    if (pool.kept >= pool.capacity) {
+    Pool* const mine = pool;
+    if (!mine || mine->kept >= mostKept) {
         ::operator delete(header);
         return;
     }
-    ++pool.kept;
-    pool.first = new (header) Kept{pool.first};
+    ++mine->kept;
+    mine->first = new (header) Kept{mine->first};
 }
 
 std::size_t hxLiveArrayCount() {

@@ -34,12 +34,12 @@ class HOSClass {
     // All of them, in the order in which they were added. Returns `out`.
     virtual HOSIterator* getProperties(HOSIterator* out) = 0;
     virtual HOSIterator* getMethods(HOSIterator* out) = 0;
-    virtual HOSIterator* getEvents(HOSIterator* out) = 0;
     // Only during `populateClass`. The class takes ownership of members.
     virtual void addSuperclass(id* superclass, bool first, void* reserved, bool second) = 0;
     virtual void addProperty(HOSPropInfo* property) = 0;
     virtual void addMethod(HOSMethodInfo* method) = 0;
     virtual void addEvent(HOSEventInfo* event) = 0;
+    virtual HOSIterator* getEvents(HOSIterator* out) = 0;
 
   protected:
     virtual ~HOSClass() = default;

@@ -5,6 +5,8 @@
 #include "platform/com.h"
 #include "platform/text.h"
 
+#include <boost/algorithm/string/trim.hpp>
+
 #include <cstdint>
 #include <new>
 #include <type_traits>
@@ -51,7 +53,8 @@ ErrorText describeError(std::exception_ptr error) {
     try {
         std::rethrow_exception(std::move(error));
     } catch (const hbase::core::except::IUserException& raised) {
-        return {raised.GetErrorId(), raised.GetMessageTxt()};
+        // Texts of the system, which messages may end with, have line ends.
+        return {raised.GetErrorId(), boost::algorithm::trim_right_copy(raised.GetMessageTxt())};
     } catch (const _com_error& failed) {
         const auto code = static_cast<std::uint32_t>(failed.Error());
         return {"VELMAR:COM:E" + std::to_string(code), narrowText(failed.ErrorMessage())};

@@ -11,6 +11,12 @@
 
 namespace velmar {
 
+// std::round, without the C libraries that add a half first and so round 0.49999999999999994 up.
+inline double roundHalvesAway(double number) {
+    const double whole = std::trunc(number);
+    return std::fabs(number - whole) >= 0.5 ? whole + std::copysign(1.0, number) : whole;
+}
+
 // `number` as a T. An integer T doesn't take NaN: it gives 0.
 template <class T, class From>
 T convertNumber(From number) {
@@ -30,7 +36,7 @@ T convertNumber(From number) {
     } else {
         using Limits = std::numeric_limits<T>;
         if (std::isnan(number)) return 0;
-        const double rounded = std::round(static_cast<double>(number));
+        const double rounded = roundHalvesAway(static_cast<double>(number));
         // The upper limit of 64-bit types isn't a double; the next one above it is.
         if (rounded >= std::ldexp(1.0, Limits::digits)) return Limits::max();
         if (rounded <= static_cast<double>(Limits::min())) return Limits::min();

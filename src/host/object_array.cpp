@@ -7,7 +7,6 @@
 
 using harray::detail::ElementKind;
 using harray::detail::ObjectElement;
-using harray::detail::reading;
 
 hxArray* hoCreateHOSMatrix(std::size_t rows, std::size_t columns, hos::id classId) {
     const std::size_t extents[] = {rows, columns};

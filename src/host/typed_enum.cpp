@@ -62,9 +62,11 @@ bool TypedEnumStringType::isPossibleValuesFinite() const { return true; }
 
 Enumeration<HOSValue> TypedEnumStringType::getPossibleValues() const {
     std::vector<HOSValue> values;
-    for (const auto& [number, name] : constants_)
+    for (const auto& constant : constants_) {
+        const std::int64_t number = constant.first;
         if (std::ranges::none_of(values, [&](HOSValue known) { return known.integer() == number; }))
             values.push_back(HOSValue::ofInteger(number));
+    }
     return Enumeration<HOSValue>(std::move(values));
 }
 

@@ -135,6 +135,76 @@ TEST_F(SampleServer, GivesEveryKindBackAndKeepsItAsAProperty) {
     each(OLESTR("Color"), LONG(-1));
 }
 
+// Bytes that differ, in arrays of two elements a dimension, from 1 up.
+TEST_F(SampleServer, GivesArraysOfEveryKindAndShapeBack) {
+    constexpr std::pair<const OLECHAR*, VARTYPE> kinds[] = {{OLESTR("I1"), VT_I1},
+                                                            {OLESTR("UI1"), VT_UI1},
+                                                            {OLESTR("I2"), VT_I2},
+                                                            {OLESTR("UI2"), VT_UI2},
+                                                            {OLESTR("I4"), VT_I4},
+                                                            {OLESTR("UI4"), VT_UI4},
+                                                            {OLESTR("I8"), VT_I8},
+                                                            {OLESTR("UI8"), VT_UI8},
+                                                            {OLESTR("R4"), VT_R4},
+                                                            {OLESTR("R8"), VT_R8},
+                                                            {OLESTR("Currency"), VT_CY},
+                                                            {OLESTR("Date"), VT_DATE},
+                                                            {OLESTR("Decimal"), VT_DECIMAL},
+                                                            {OLESTR("BSTR"), VT_BSTR},
+                                                            {OLESTR("Bool"), VT_BOOL},
+                                                            {OLESTR("Variant"), VT_VARIANT},
+                                                            {OLESTR("Dispatch"), VT_DISPATCH},
+                                                            {OLESTR("Unknown"), VT_UNKNOWN}};
+    for (const auto& [name, vt] : kinds)
+        for (UINT dims = 1; dims <= 4; ++dims) {
+            SAFEARRAYBOUND bounds[] = {{2, 1}, {2, 1}, {2, 1}, {2, 1}};
+            ScopedVariant value;
+            value->parray = SafeArrayCreate(vt, dims, bounds);
+            value->vt = static_cast<VARTYPE>(VT_ARRAY | vt);
+            const std::size_t bytes = std::size_t{value->parray->cbElements} << dims;
+            auto* data = static_cast<BYTE*>(value->parray->pvData);
+            const bool isPlain = !(value->parray->fFeatures &
+                                   (FADF_BSTR | FADF_VARIANT | FADF_DISPATCH | FADF_UNKNOWN));
+            for (std::size_t i = 0; isPlain && i < bytes; ++i)
+                data[i] = static_cast<BYTE>(i);
+            const OleString member = OLESTR("EchoArray") + OleString(name);
+            const auto echo = invoke(server.get(), dispidOf(server.get(), member.c_str()),
+                                     DISPATCH_METHOD, {value.get()});
+            ASSERT_EQ(echo.hr, S_OK) << platform::toNarrow(member);
+            ASSERT_EQ(echo.result->vt, value->vt);
+            EXPECT_EQ(SafeArrayGetDim(echo.result->parray), dims);
+            EXPECT_EQ(echo.result->parray->rgsabound[0].lLbound, 1);
+            // Null texts are copied as empty ones.
+            if (vt == VT_BSTR) continue;
+            EXPECT_EQ(std::memcmp(echo.result->parray->pvData, data, bytes), 0)
+                << platform::toNarrow(member);
+        }
+    const auto texts = method(server.get(), OLESTR("EchoArrayBSTR"),
+                              std::vector<OleString>{OLESTR("a"), OLESTR("b")});
+    EXPECT_EQ(kit::ValueTraits<std::vector<OleString>>::read(texts.result->parray),
+              (std::vector<OleString>{OLESTR("a"), OLESTR("b")}));
+}
+
+TEST_F(SampleServer, KeepsACollection) {
+    const auto items = get(server.get(), OLESTR("Items"));
+    ASSERT_EQ(items.result->vt, VT_DISPATCH);
+    IDispatch* const collection = items.result->pdispVal;
+    EXPECT_EQ(get(collection, OLESTR("Count")).text(), "3:3");
+    EXPECT_EQ(dispidOf(collection, OLESTR("Item")), DISPID_VALUE);
+    const auto added = method(collection, OLESTR("Add"), text(OLESTR("fourth")));
+    EXPECT_EQ(get(collection, OLESTR("Item"), LONG(4)).result->pdispVal, added.result->pdispVal);
+    EXPECT_EQ(get(added.result->pdispVal, OLESTR("Name")).text(), "8:fourth");
+    for (const LONG outside : {0, 5})
+        EXPECT_EQ(get(collection, OLESTR("Item"), outside).hr, DISP_E_BADINDEX);
+    EXPECT_EQ(method(server.get(), OLESTR("MakeGrid"), LONG(5)).hr, E_INVALIDARG);
+    EXPECT_EQ(method(server.get(), OLESTR("MakeValue"), text(OLESTR("no kind"))).hr,
+              DISP_E_BADVARTYPE);
+    const auto bare = method(server.get(), OLESTR("NewBare"));
+    UINT count = 9;
+    EXPECT_EQ(bare.result->pdispVal->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 0u);
+}
+
 TEST_F(SampleServer, FailsInEveryWay) {
     IDispatch* const s = server.get();
     LONG quotient = 0;
@@ -254,7 +324,7 @@ TEST_F(SampleServer, FiresItsEvents) {
     EXPECT_EQ(point->Unadvise(cookie), S_OK);
 }
 
-TEST_F(SampleServer, OffersOneLibraryForBothClasses) {
+TEST_F(SampleServer, OffersOneLibraryForItsClasses) {
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(server->GetTypeInfo(0, 0, info.put()), S_OK);
     ComPtr<ITypeLib> library;
@@ -266,9 +336,9 @@ TEST_F(SampleServer, OffersOneLibraryForBothClasses) {
         library->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
         names.push_back(platform::toNarrow(platform::viewOf(name.get())));
     }
-    EXPECT_EQ(names,
-              (std::vector<std::string>{"Color", "ISampleBase", "ISampleServer", "ISampleEvents",
-                                        "ISampleChild", "Server", "Child"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"Color", "ISampleBase", "ISampleServer",
+                                               "ISampleEvents", "ISampleChild", "ISampleCollection",
+                                               "ISampleItems", "Server", "Child", "Items"}));
 }
 
 } // namespace

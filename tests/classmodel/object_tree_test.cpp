@@ -1,0 +1,133 @@
+// The links between objects, and the two ways to end them.
+#include "classmodel/object_tree.h"
+#include "support/server_fixture.h"
+
+#include <map>
+
+namespace {
+
+using namespace axlink2;
+using namespace axlink2::test;
+using hos::HOSInterfacePtr;
+
+class Node : public kit::DispatchObject {
+  public:
+    Node() : DispatchObject(definition()) {}
+    static const kit::ClassDefinition& definition() {
+        static const auto made =
+            kit::ClassBuilder<Node>("TreeNode", kit::guid("6C9A1E01-3A5B-4F65-8A3C-7C2B1F0D0101"),
+                                    kit::guid("6C9A1E01-3A5B-4F65-8A3C-7C2B1F0D0102"))
+                .method("Child", &Node::child)
+                .build();
+        return *made;
+    }
+    platform::ComPtr<IDispatch> child() { return kit::createDispatch<Node>(); }
+};
+
+// A tree of objects by names: "ab" is a child of "a".
+struct ObjectTree : ServerTest {
+    std::map<std::string, Array> nodes;
+
+    ObjectTree() {
+        nodes.emplace("a", start<Node>("Test.TreeNode"));
+        for (const char* name : {"ab", "abc", "abd", "ae"})
+            nodes.emplace(name, std::move(call(nodes.at(parentOf(name)), "Child", 1)[0]));
+    }
+    static std::string parentOf(const std::string& name) { return name.substr(0, name.size() - 1); }
+
+    HOSInterfacePtr object(const std::string& name) {
+        return hoGetArrayElement(nodes.at(name).get(), 0);
+    }
+    COMInstanceRecord& record(const std::string& name) { return *recordOf(object(name)); }
+    std::string nameOf(const HOSInterfacePtr& link) {
+        for (const auto& [name, array] : nodes)
+            if (link && recordOf(hoGetArrayElement(array.get(), 0)) == recordOf(link)) return name;
+        return "-";
+    }
+    std::string linksOf(const std::string& name) {
+        std::string result = "<";
+        for (const auto& link : record(name).parents)
+            result += " " + nameOf(link);
+        result += " >";
+        for (const auto& link : record(name).children)
+            result += " " + nameOf(link);
+        return result;
+    }
+    std::string alive() {
+        std::string result;
+        for (const auto& [name, array] : nodes) {
+            const HOSInterfacePtr handle = hoGetArrayElement(array.get(), 0);
+            if (handle && !handle->isDeleted()) result += name + " ";
+        }
+        return result;
+    }
+    void end(const std::string& name) { object(name)->destroy(hos::HOSGetPublicClient()); }
+};
+
+TEST_F(ObjectTree, LinksObjectsToWhereTheyCameFrom) {
+    EXPECT_EQ(linksOf("a"), "< > ab ae");
+    EXPECT_EQ(linksOf("ab"), "< a > abc abd");
+    EXPECT_EQ(linksOf("abc"), "< ab >");
+}
+
+TEST_F(ObjectTree, AnObjectThatLeavesHandsItsChildrenUp) {
+    detachFromTree(record("ab"));
+    EXPECT_EQ(linksOf("a"), "< > ae abc abd");
+    EXPECT_EQ(linksOf("ab"), "< >");
+    EXPECT_EQ(linksOf("abc"), "< >");
+    detachFromTree(record("ab"));
+    EXPECT_EQ(alive(), "a ab abc abd ae ");
+}
+
+TEST_F(ObjectTree, EndingAnObjectTakesItOut) {
+    end("ab");
+    EXPECT_EQ(alive(), "a abc abd ae ");
+    EXPECT_EQ(linksOf("a"), "< > ae abc abd");
+    EXPECT_EQ(linksOf("abd"), "< >");
+    // Released before, it no longer leads to its parent.
+    deleteTree(record("abd"), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "a abc abd ae ");
+}
+
+TEST_F(ObjectTree, DeletingALeafEndsAllButTheLeaf) {
+    deleteTree(record("abc"), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "abc ");
+    EXPECT_EQ(linksOf("abc"), "< >");
+    EXPECT_EQ(kit::liveObjects(), 1 + 1) << "the leaf's object and the class object";
+}
+
+TEST_F(ObjectTree, DeletingTheRootEndsEveryDescendant) {
+    deleteTree(record("a"), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "a ");
+    deleteTree(record("a"), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "a ");
+}
+
+TEST_F(ObjectTree, PassesOverLinksThatLeadNowhere) {
+    record("ab").children.emplace_back();
+    record("ab").parents.emplace_back();
+    record("a").children.clear();  // the parent doesn't know its child
+    record("abd").parents.clear(); // so that it stays among the children when it has gone
+    nodes.erase("abd");
+    EXPECT_EQ(linksOf("ab"), "< a - > abc - -");
+    detachFromTree(record("ab"));
+    EXPECT_EQ(linksOf("a"), "< > abc");
+
+    record("ae").parents.assign(2, HOSInterfacePtr());
+    record("ae").children.assign(1, HOSInterfacePtr());
+    deleteTree(record("ae"), hos::HOSGetPublicClient());
+    EXPECT_EQ(linksOf("ae"), "< >");
+}
+
+TEST_F(ObjectTree, AChainOfManyEndsAtOnce) {
+    Array last(hxCreateSharedDataCopy(nodes.at("abc").get()));
+    for (int i = 0; i < 2000; ++i) {
+        Array next = std::move(call(last, "Child", 1)[0]);
+        nodes["chain" + std::to_string(i)] = std::move(last);
+        last = std::move(next);
+    }
+    deleteTree(*recordOf(hoGetArrayElement(last.get(), 0)), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "");
+}
+
+} // namespace

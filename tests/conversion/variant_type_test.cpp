@@ -1,0 +1,225 @@
+// The host's types "Variant" and "SafeArray(...)", and the converters whose values they are.
+#include "comruntime/interned.h"
+#include "conversion/array_converters.h"
+#include "conversion/values.h"
+#include "conversion/variant_instance.h"
+#include "support/alive_check.h"
+#include "support/errors.h"
+#include "support/registered_module.h"
+
+#include <limits>
+
+namespace {
+
+using namespace axlink2;
+using namespace axlink2::test;
+using hos::HOSValue;
+using test::Array;
+
+hos::HOSDataType& typeOf(ArgVarConverter& converter) {
+    return *hos::HOSDataTypePtrHelper::getObject(converter.getDataType());
+}
+
+// A value of a data type, and its end.
+class Value {
+  public:
+    Value(ArgVarConverter& converter, const hxArray* array) : type_(typeOf(converter)) {
+        conversion().convertFromHost(&value_, array);
+    }
+    Value(hos::HOSDataType& type, HOSValue value) : type_(type), value_(value) {}
+    Value(const Value&) = delete;
+    Value& operator=(const Value&) = delete;
+    ~Value() { type_.releaseValue(value_); }
+
+    HOSValue get() const { return value_; }
+    const VARIANT& variant() const { return *value_.pointer<COMVariantInstance>()->variant; }
+    Array toHost() const {
+        hxArray* out = nullptr;
+        conversion().convertToHost(&out, value_);
+        return Array(out);
+    }
+
+  private:
+    hos::HOSTypeConversion& conversion() const {
+        return *hos::HOSTypeRepository::getConversion(internedId("any"),
+                                                      internedId(type_.getName()));
+    }
+
+    hos::HOSDataType& type_;
+    HOSValue value_;
+};
+
+ArgVarConverter& any() { return *getArgConverter(VARTYPE{VT_VARIANT}); }
+ArgVarConverter& array(VARTYPE vt) { return *getArgConverter(COMArrayType{vt, false}); }
+ArgVarConverter& arrayPointer(VARTYPE vt) { return *getArgConverter(COMArrayType{vt, true}); }
+
+struct VariantTypes : AliveCheck {};
+
+TEST_F(VariantTypes, AnswerTheHostsQuestions) {
+    for (ArgVarConverter* converter : {&any(), &array(VT_R8), &arrayPointer(VT_R8)}) {
+        const hos::HOSDataType& type = typeOf(*converter);
+        EXPECT_STREQ(type.getTypeKind(), "VARIANT");
+        EXPECT_STREQ(type.getOwnerName(), "COM");
+        EXPECT_EQ(type.dataTypeCode1(), 7);
+        EXPECT_EQ(type.dataTypeCode2(), 192);
+        EXPECT_EQ(type.dataTypeCode3(), 2);
+        EXPECT_FALSE(type.dataTypeFlag());
+        EXPECT_EQ(type.getValueSize(), 24u);
+    }
+}
+
+TEST_F(VariantTypes, AreNamedAfterTheElementsAndSharedByName) {
+    EXPECT_STREQ(typeOf(any()).getName(), "Variant");
+    EXPECT_STREQ(typeOf(array(VT_R8)).getName(), "SafeArray(double)");
+    EXPECT_STREQ(typeOf(arrayPointer(VT_VARIANT)).getName(), "SafeArray Pointer(Variant)");
+    EXPECT_EQ(&array(VT_R8), &array(VT_R8));
+    EXPECT_NE(&array(VT_R8), &arrayPointer(VT_R8));
+    EXPECT_NE(&array(VT_I4), &array(VT_INT));
+    EXPECT_EQ(&typeOf(array(VT_I4)), &typeOf(array(VT_INT)));
+    EXPECT_EQ(array(VT_R8).vartype, VT_R8);
+    EXPECT_EQ(arrayPointer(VT_R8).vartype, VT_R8 | VT_ARRAY);
+
+    const std::pair<std::vector<int>, std::string> words[] = {
+        {{VT_I2}, "int16"},
+        {{VT_I4, VT_INT, VT_I4 | VT_ARRAY}, "int32"},
+        {{VT_R4}, "single"},
+        {{VT_R8, VT_CY, VT_HRESULT}, "double"},
+        {{VT_BSTR, VT_DATE, VT_ERROR, VT_DECIMAL, VT_LPSTR, VT_LPWSTR, VT_FILETIME, VT_CLSID},
+         "string"},
+        {{VT_DISPATCH, VT_UNKNOWN, VT_PTR}, "handle"},
+        {{VT_BOOL}, "bool"},
+        {{VT_VARIANT, VT_CARRAY, VT_USERDEFINED, 65, 66, 67, 68, 69, 70, 71}, "Variant"},
+        {{VT_I1, VT_UI1}, "char"},
+        {{VT_UI2}, "uint16"},
+        {{VT_UI4, VT_UINT}, "uint32"},
+        {{VT_I8}, "int64"},
+        {{VT_UI8}, "uint64"},
+        {{VT_VOID}, "void"},
+        {{VT_SAFEARRAY}, "SafeArray"},
+        {{VT_EMPTY, VT_NULL, VT_RECORD, 15, 63, 73}, "Unsupported-Type"},
+    };
+    for (const auto& [vartypes, word] : words)
+        for (const int vt : vartypes)
+            EXPECT_EQ(vartypeName(static_cast<VARTYPE>(vt)), word) << vt;
+}
+
+TEST_F(VariantTypes, TakeAnyArray) {
+    struct Row {
+        ArgVarConverter& converter;
+        Array value;
+        std::string expected;
+    };
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const auto two = [] { return cell({1, 2}, text("a"), text("b")); };
+    const Row rows[] = {
+        {any(), Array(), "ERROR 80020004"},
+        {any(), doubles({0, 0}, {}), "ERROR 80020004"},
+        {any(), scalar(3.5), "R8 3.5"},
+        {any(), two(), "VARIANT[1,2] (BSTR 'a') (BSTR 'b')"},
+        {array(VT_R8), scalar(3.5), "R8[1,1] 3.5"},
+        {array(VT_R8), scalar(nan), "ERROR 80020004"},
+        {array(VT_R8), doubles({0, 0}, {}), "ERROR 80020004"},
+        {array(VT_I4), doubles({1, 2}, {1, 2}), "R8[1,2] 1 2"}, // the server coerces
+        {array(VT_BSTR), text("a"), "BSTR 'a'"},
+        {array(VT_BSTR), two(), "BSTR[1,2] 'a' 'b'"},
+        {array(VT_VARIANT), two(), "VARIANT[1,2] (BSTR 'a') (BSTR 'b')"},
+        {arrayPointer(VT_R8), doubles({1, 2}, {1, 2}), "&R8[1,2] 1 2"},
+        {arrayPointer(VT_BSTR), two(), "&BSTR[1,2] 'a' 'b'"},
+        {arrayPointer(VT_VARIANT), two(), "&VARIANT[1,2] (BSTR 'a') (BSTR 'b')"},
+        {arrayPointer(VT_R8), scalar(2), "&R8 2"},
+        {arrayPointer(VT_R8), doubles({0, 0}, {}), "&VARIANT (EMPTY)"},
+        {arrayPointer(VT_BSTR), text("a"), "&BSTR 'a'"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(described(Value(row.converter, row.value.get()).variant()), row.expected);
+    EXPECT_EQ(errorOf([] { Value(any(), complexScalar().get()); }),
+              "VELMAR:COM:invalidargumenttype");
+    EXPECT_EQ(errorOf([] {
+                  Value(array(VT_BSTR), cell({1, 1}, scalar(1)).get());
+              }),
+              "VELMAR:COM:cell_invalid_contents");
+}
+
+TEST_F(VariantTypes, ClonesAreValuesOfTheirOwnThatShareWhatTheyReferTo) {
+    HOSValue clone;
+    {
+        const Array numbers = doubles({1, 2}, {1, 2});
+        const Value original(any(), numbers.get());
+        clone = typeOf(any()).cloneValue(original.get());
+    }
+    EXPECT_EQ(described(Value(typeOf(any()), clone).variant()), "R8[1,2] 1 2");
+    {
+        const Value original(arrayPointer(VT_BSTR), text("a").get());
+        clone = typeOf(arrayPointer(VT_BSTR)).cloneValue(original.get());
+        EXPECT_EQ(clone.pointer<COMVariantInstance>()->variant->pbstrVal,
+                  original.variant().pbstrVal);
+    }
+    // What it refers to outlives the first of the two.
+    EXPECT_EQ(described(Value(typeOf(any()), clone).variant()), "&BSTR 'a'");
+    EXPECT_TRUE(typeOf(any()).cloneValue({}).isNull());
+    typeOf(any()).releaseValue({});
+}
+
+TEST_F(VariantTypes, GiveAnArrayBackToTheHost) {
+    const Array value = cell({1, 2}, scalar(1), text("a"));
+    EXPECT_EQ(described(Value(any(), value.get()).toHost()), "cell 1x2 {double 1, 'a'}");
+    Warnings warnings;
+    EXPECT_EQ(Value(typeOf(any()), {}).toHost(), nullptr);
+    EXPECT_EQ(warnings.take(), "");
+    const ScopedVariant nowhere = reference(VT_I4, nullptr);
+    EXPECT_EQ(described(Value(typeOf(any()), any().fromVariant(nowhere.get())).toHost()),
+              "double nan");
+    EXPECT_EQ(warnings.take(), "VELMAR:COM:variant_conversion_failed");
+}
+
+TEST_F(VariantTypes, ConvertersHandValuesToACall) {
+    const Array numbers = doubles({1, 2}, {1, 2});
+    for (const bool byRef : {false, true}) {
+        ScopedVariant out;
+        ScopedVariant backing;
+        any().toVariant(Value(any(), numbers.get()).get(), out.inOut(), backing.inOut(), byRef);
+        EXPECT_EQ(described(out.get()), byRef ? "&R8[1,2] 1 2" : "R8[1,2] 1 2");
+        EXPECT_EQ(described(backing.get()), byRef ? "R8[1,2] 1 2" : "EMPTY");
+        ScopedVariant plain;
+        array(VT_R8).toVariant(Value(array(VT_R8), numbers.get()).get(), plain.inOut(), nullptr,
+                               byRef);
+        EXPECT_EQ(described(plain.get()), "R8[1,2] 1 2");
+    }
+    ScopedVariant out;
+    any().toVariant({}, out.inOut(), nullptr, false);
+    array(VT_R8).toVariant({}, out.inOut(), nullptr, false);
+    arrayPointer(VT_R8).toVariant({}, out.inOut(), nullptr, true);
+    EXPECT_EQ(out->vt, VT_EMPTY);
+}
+
+TEST_F(VariantTypes, AServerMayReplaceAnArrayThatItGotByReference) {
+    ScopedVariant backing;
+    {
+        const Value value(arrayPointer(VT_R8), doubles({1, 2}, {1, 2}).get());
+        VARIANT out{};
+        arrayPointer(VT_R8).toVariant(value.get(), &out, backing.inOut(), true);
+        ASSERT_EQ(described(out), "&R8[1,2] 1 2");
+        ASSERT_EQ(SafeArrayDestroy(*out.pparray), S_OK);
+        const double replacement[] = {7, 8, 9};
+        *out.pparray = safeArray(VT_R8, {{3}}, replacement).detach();
+    }
+    EXPECT_EQ(described(backing.get()), "R8[3] 7 8 9");
+
+    // What is no array goes as it stands, and what the server makes of it can be read.
+    const Array word = text("a");
+    const Value value(arrayPointer(VT_R8), word.get());
+    ScopedVariant out;
+    ScopedVariant behind;
+    arrayPointer(VT_R8).toVariant(value.get(), out.inOut(), behind.inOut(), true);
+    EXPECT_EQ(described(out.get()), "&BSTR 'a'");
+    EXPECT_EQ(out->pbstrVal, &behind->bstrVal);
+
+    const Array nothing = doubles({0, 0}, {});
+    const Value slot(arrayPointer(VT_R8), nothing.get());
+    ScopedVariant filled;
+    arrayPointer(VT_R8).toVariant(slot.get(), out.put(), filled.inOut(), true);
+    EXPECT_EQ(out->vt, VT_BYREF | VT_VARIANT);
+    EXPECT_EQ(out->pvarVal, filled.inOut());
+}
+
+} // namespace
