@@ -73,9 +73,9 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
 void COMIDispPropInfo::setValue(hos::HOSInterface* object, hos::HOSValue hostValue) {
     if (converter->vartype == VT_VOID) hmsgcore::raise(VELMAR::COM::invalidargumenttype());
     IDispatch* server = serverOf(object);
+    platform::ScopedVariant backing; // of a value that goes by reference
     platform::ScopedVariant value;
-    VARIANT scratch{};
-    converter->toVariant(hostValue, value.inOut(), &scratch, false);
+    converter->toVariant(hostValue, value.inOut(), backing.inOut(), false);
     converter->retainForPut(value.inOut());
 
     COMExcepInfo excepInfo(true);

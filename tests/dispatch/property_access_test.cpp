@@ -1,4 +1,5 @@
 // Property reads and writes, from the language and through the member itself.
+#include "classmodel/instance_record.h"
 #include "dispatch/property_info.h"
 #include "host/text.h"
 #include "support/server_fixture.h"
@@ -23,11 +24,14 @@ class Properties : public kit::DispatchObject {
     IDispatch* child() { return nullptr; }
     void setChild(IDispatch*) {}
     void setBoth(IDispatch*) {}
+    std::vector<platform::ScopedVariant> parts() { return {}; }
+    void setParts(std::vector<platform::ScopedVariant> parts) { given = parts.size(); }
     kit::ErrorCode error() { return {E_FAIL}; }
     double bad() { throw kit::ServerError{.description = OLESTR("Not now."), .wCode = 12}; }
 
     LONG tag = 1;
     LONG kind = 2;
+    std::size_t given = 0;
 
   private:
     OleString name_ = OLESTR("first");
@@ -46,6 +50,7 @@ const kit::ClassDefinition& Properties::definition() {
             .putRef("Child", &Properties::setChild)
             .property("Both", &Properties::child, &Properties::setBoth)
             .putRef("Both", &Properties::setBoth)
+            .property("Parts", &Properties::parts, &Properties::setParts)
             .property("Error", &Properties::error)
             .declare(VT_R8)
             .property("Bad", &Properties::bad)
@@ -142,6 +147,18 @@ TEST_F(PropertyAccess, PutsByReferenceOnlyWhereThereIsNoPlainPut) {
     EXPECT_EQ(log.calls()[0].flags, DISPATCH_PROPERTYPUTREF);
     EXPECT_EQ(log.calls()[1].flags, DISPATCH_PROPERTYPUT);
     EXPECT_EQ(log.calls()[0].arguments.at(0).vt, VT_DISPATCH);
+}
+
+TEST_F(PropertyAccess, AnArrayOfObjectsIsPutAndLetGo) {
+    const Array parts(hxCreateCellMatrix(1, 2));
+    hxSetCell(parts.get(), 0, hxCreateSharedDataCopy(object.get()));
+    hxSetCell(parts.get(), 1, hxCreateDoubleScalar(1));
+    write("Parts", parts.get());
+    const auto& server =
+        static_cast<const Properties&>(*recordOf(hoGetArrayElement(object.get(), 0))->dispatch);
+    EXPECT_EQ(server.given, 2u);
+    log.clear(); // which holds copies of the arguments
+    EXPECT_EQ(server.references(), 1u);
 }
 
 TEST_F(PropertyAccess, IsRefusedByTheHostWhereTheServerHasNoSuchHalf) {
