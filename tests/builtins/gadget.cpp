@@ -17,7 +17,7 @@ const kit::ClassDefinition& Gadget::definition() {
             .property("Secret", &Gadget::secret, &Gadget::setSecret)
             .hidden()
             .property("Item", &Gadget::item, &Gadget::setItem, {"index"})
-            .raw({.name = "WriteOnly", .kind = INVOKE_PROPERTYPUT},
+            .raw({.name = "WriteOnly", .kind = INVOKE_PROPERTYPUT, .params = {{"value", VT_R8}}},
                  [](Gadget&, kit::Call&) { return S_OK; })
             .method("Reset", &Gadget::reset)
             .method("Add", &Gadget::add, {"a", "b"})

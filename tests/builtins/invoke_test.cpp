@@ -94,10 +94,10 @@ TEST_F(Invoke, KnowsWhatIsAProperty) {
         bool answer;
     };
     Row rows[] = {
-        {text("Name"), true},      {text("NAME"), true},     {text("nam"), false},
-        {text("WriteOnly"), true}, {text("Secret"), false},  {text("Add"), false},
-        {text("Tag"), true},       {text("TAG"), false},     {text(""), false},
-        {scalar(1), false},        {cell(text("a")), false}, {text("Gr\xC3\xB6sse"), false}};
+        {text("Name"), true},       {text("NAME"), true},     {text("nam"), false},
+        {text("WriteOnly"), false}, {text("Secret"), false},  {text("Add"), false},
+        {text("Tag"), true},        {text("TAG"), false},     {text(""), false},
+        {scalar(1), false},         {cell(text("a")), false}, {text("Gr\xC3\xB6sse"), false}};
     for (const Row& row : rows) {
         const Array answer = ask(0, h, "isprop", row.name);
         EXPECT_EQ(hxGetClassID(answer.get()), hxLOGICAL_CLASS);

@@ -33,7 +33,7 @@ class Set : public GadgetTest {
 TEST_F(Set, ListsWhatMayBeWrittenWithoutAskingTheServer) {
     ask(0, h, "addproperty", text("Tag"));
     EXPECT_EQ(plain(ask(1, h, "set").get()),
-              "(Name={}(0x0) Width={}(0x0) Shade={'dark' 'bright'}(2x1) WriteOnly={}(0x0) "
+              "(Name={}(0x0) Width={}(0x0) Shade={'dark' 'bright'}(2x1) "
               "Tag={}(0x0))");
     const std::string shown = printed([&] { EXPECT_TRUE(call(h, "set", 0).empty()); });
     EXPECT_NE(shown.find("Shade"), std::string::npos) << shown;

@@ -19,7 +19,7 @@ class Thing : public kit::DispatchObject {
     }
 };
 
-// Records the calls that a built-in makes on its signature.
+// The types that a built-in declares, and whether the host lists it.
 std::string steps(const hos::HOSMethodInfo& method) {
     hos::Enumeration<hos::id> inputs;
     hos::Enumeration<hos::id> outputs;

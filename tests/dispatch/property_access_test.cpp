@@ -65,8 +65,6 @@ const kit::ClassDefinition& Properties::definition() {
                  })
             .raw({.name = "Crash", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
                  [](Properties&, kit::Call&) -> HRESULT { throw 1; })
-            .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
-                 [](Properties&, kit::Call&) { return S_OK; })
             .build();
     return *made;
 }
@@ -92,7 +90,7 @@ TEST_F(PropertyAccess, FollowsTheHalvesThatTheServerHas) {
         {"Name", 0, 0, "unicodeString"},  {"Width", 0, 0, "double scalar"},
         {"Count", 0, 2, "double scalar"}, {"Child", 0, 0, "handle"},
         {"Both", 0, 0, "handle"},         {"Tag", 0, 0, "double scalar"},
-        {"Kind", 0, 2, "double scalar"},  {"Untyped", 2, 0, "double"},
+        {"Kind", 0, 2, "double scalar"},
     };
     for (const Row& row : rows) {
         hos::HOSPropInfo* info = property(object, row.name);
@@ -165,7 +163,6 @@ TEST_F(PropertyAccess, IsRefusedByTheHostWhereTheServerHasNoSuchHalf) {
     const Array value = scalar(1);
     EXPECT_NE(errorOf([&] { write("Count", value.get()); }), "");
     EXPECT_NE(errorOf([&] { write("Kind", value.get()); }), "");
-    EXPECT_NE(errorOf([&] { read("Untyped"); }), "");
     EXPECT_TRUE(log.calls().empty());
     // The member itself leaves the refusal to the server.
     const hos::HOSInterfacePtr handle = hoGetArrayElement(object.get(), 0);
@@ -175,7 +172,6 @@ TEST_F(PropertyAccess, IsRefusedByTheHostWhereTheServerHasNoSuchHalf) {
     EXPECT_EQ(errorOf([&] { setDirectly("Count"); }), "VELMAR:COM:E2147614723");
     ASSERT_EQ(log.calls().size(), 1u);
     EXPECT_EQ(log.calls()[0].flags, DISPATCH_PROPERTYPUTREF);
-    EXPECT_EQ(errorOf([&] { setDirectly("Untyped"); }), "VELMAR:COM:invalidargumenttype");
     EXPECT_EQ(log.calls().size(), 1u);
 }
 
@@ -197,6 +193,37 @@ TEST_F(PropertyAccess, OfADeletedObjectIsAnError) {
     const Array value = scalar(1);
     EXPECT_NE(errorOf([&] { read("Width"); }), "");
     EXPECT_NE(errorOf([&] { write("Width", value.get()); }), "");
+    EXPECT_TRUE(log.calls().empty());
+}
+
+// A put that doesn't even declare its value; type libraries of other makers don't hold such a one.
+class PutOnly : public kit::DispatchObject {
+  public:
+    PutOnly() : DispatchObject(definition()) {}
+    static const kit::ClassDefinition& definition() {
+        static const auto made =
+            kit::ClassBuilder<PutOnly>("PutOnly", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E021"),
+                                       kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E022"))
+                .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
+                     [](PutOnly&, kit::Call&) { return S_OK; })
+                .build();
+        return *made;
+    }
+};
+
+struct UntypedProperty : ServerTest {};
+
+TEST_F(UntypedProperty, IsRefusedBeforeTheServerHearsOfIt) {
+    const Array object = start<PutOnly>("Test.PutOnly");
+    const hos::HOSInterfacePtr handle = hoGetArrayElement(object.get(), 0);
+    hos::HOSPropInfo* untyped = property(object, "Untyped");
+    ASSERT_NE(untyped, nullptr);
+    EXPECT_EQ(untyped->getGetAccess(), 2);
+    EXPECT_EQ(untyped->getSetAccess(), 0);
+    const kit::CallLog log;
+    EXPECT_NE(errorOf([&] { Array(hxGetPropertyShared(object.get(), 0, "Untyped")); }), "");
+    EXPECT_EQ(errorOf([&] { untyped->setValue(handle, HOSValue::ofDouble(1)); }),
+              "VELMAR:COM:invalidargumenttype");
     EXPECT_TRUE(log.calls().empty());
 }
 
