@@ -1,7 +1,7 @@
 // Reading coclasses for the interfaces that they list.
 #include "builtins/coclass_interfaces.h"
 
-#include "comruntime/com_error.h"
+#include "comruntime/server_call.h"
 #include "comruntime/source_interface.h"
 #include "comruntime/type_reader.h"
 #include "platform/typeinfo_holders.h"

@@ -1,6 +1,7 @@
 // Instance records and the handles that lead to them.
 #include "classmodel/instance_record.h"
 
+#include "comruntime/server_call.h"
 #include "host/class.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
@@ -9,22 +10,13 @@
 #include <utility>
 
 namespace axlink2 {
-namespace {
-
-template <class Interface>
-void releaseAndClear(Interface*& object) {
-    // The field is null before the server hears of it: its last words may lead back here.
-    if (Interface* held = std::exchange(object, nullptr)) held->Release();
-}
-
-} // namespace
-
+// Each field is null before the server hears of it: its last words may lead back here.
 void releaseServerReferences(COMInstanceRecord& record) {
-    releaseAndClear(record.sink);
-    releaseAndClear(record.dispatch);
+    guardedRelease(std::exchange(record.sink, nullptr));
+    releaseServer(std::exchange(record.dispatch, nullptr));
     record.children.clear();
     record.parents.clear();
-    releaseAndClear(record.connectionPoint);
+    guardedRelease(std::exchange(record.connectionPoint, nullptr));
 }
 
 COMInstanceRecord* recordOf(hos::HOSInterface* object) {

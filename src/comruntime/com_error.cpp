@@ -1,11 +1,10 @@
-// Guarded calls and the mapping of HRESULT and EXCEPINFO to host errors.
+// The mapping of HRESULT and EXCEPINFO to host errors.
 #include "comruntime/com_error.h"
 
 #include "comruntime/system_message.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/text.h"
-#include "platform/guarded_call.h"
 #include "platform/holders.h"
 
 #include <boost/format.hpp>
@@ -99,25 +98,6 @@ void COMExcepInfo::freeTexts() {
     SysFreeString(info.bstrSource);
     SysFreeString(info.bstrDescription);
     SysFreeString(info.bstrHelpFile);
-}
-
-HRESULT guardedInvoke(IDispatch* target, DISPID id, LCID lcid, WORD flags, DISPPARAMS* params,
-                      VARIANT* result, EXCEPINFO* excepInfo, UINT* argumentError) {
-    if (!target) return DISP_E_EXCEPTION;
-    // The object may end while its server calls back.
-    const auto kept = platform::ComPtr<IDispatch>::borrow(target);
-    HRESULT hr = DISP_E_EXCEPTION;
-    const platform::Fault fault = platform::guarded([&] {
-        hr = target->Invoke(id, IID_NULL, lcid, flags, params, result, excepInfo, argumentError);
-    });
-    return fault ? DISP_E_EXCEPTION : hr;
-}
-
-HRESULT guardedGetTypeInfo(IDispatch* target, ITypeInfo** out) {
-    HRESULT hr = E_FAIL;
-    const platform::Fault fault =
-        platform::guarded([&] { hr = target->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, out); });
-    return fault ? E_FAIL : hr;
 }
 
 void throwCOMError(HRESULT hr, const COMExcepInfo& excepInfo, UINT argumentError,

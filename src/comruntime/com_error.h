@@ -1,4 +1,4 @@
-// Calls into servers that survive a fault there, and the way from a failed call to a host error.
+// The way from a failed call to a host error.
 #pragma once
 
 #include "platform/com.h"
@@ -22,14 +22,6 @@ class COMExcepInfo {
   private:
     void freeTexts();
 };
-
-// `target->Invoke` with IID_NULL. A fault or an exception inside the server ends the call with
-// DISP_E_EXCEPTION; so does a null target.
-HRESULT guardedInvoke(IDispatch* target, DISPID id, LCID lcid, WORD flags, DISPPARAMS* params,
-                      VARIANT* result, EXCEPINFO* excepInfo, UINT* argumentError);
-
-// `target->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, out)`. A fault inside the server gives E_FAIL.
-HRESULT guardedGetTypeInfo(IDispatch* target, ITypeInfo** out);
 
 // Raises the host error of a failed call: its text from the catalogue, the server's record and the
 // system; its identifier "VELMAR:COM:E" and the decimal code that the server reported, or else

@@ -1,7 +1,7 @@
 // The rules of a member's entry, and the way from a server to its description.
 #include "comruntime/type_description.h"
 
-#include "comruntime/com_error.h"
+#include "comruntime/server_call.h"
 #include "comruntime/type_reader.h"
 #include "platform/holders.h"
 

@@ -41,6 +41,16 @@ void makeByRefVariant(VARIANT* out, VARIANT* backing);
 // Hands a finished value over: into `*out`, or into `*backing` with `*out` a view of it.
 void placeVariant(const VARIANT& value, VARIANT* out, VARIANT* backing, bool byRef);
 
+// The same for what `write(VARIANT&)` writes into an empty VARIANT. It is written in place: a copy
+// of a VARIANT whose parts were written just now makes the processor wait.
+template <class Write>
+void placeValue(VARIANT* out, VARIANT* backing, bool byRef, Write write) {
+    VARIANT& target = byRef ? *backing : *out;
+    target = {};
+    write(target);
+    if (byRef) makeByRefVariant(out, backing);
+}
+
 // Fills the converter tables. Called once, while the module registers.
 void initConverters();
 

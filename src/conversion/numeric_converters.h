@@ -35,12 +35,12 @@ class ArgVLNumericConv : public ArgVarConverter {
         return numberValue(VariantField<T>::get(*ReadAs(v, VariantField<T>::vt)));
     }
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override {
-        VARIANT variant{};
-        if constexpr (std::is_floating_point_v<T>)
-            VariantField<T>::set(variant, static_cast<T>(value.number()));
-        else
-            VariantField<T>::set(variant, static_cast<T>(value.word()));
-        placeVariant(variant, out, backing, byRef);
+        placeValue(out, backing, byRef, [value](VARIANT& v) {
+            if constexpr (std::is_floating_point_v<T>)
+                VariantField<T>::set(v, static_cast<T>(value.number()));
+            else
+                VariantField<T>::set(v, static_cast<T>(value.word()));
+        });
     }
 };
 
@@ -56,10 +56,10 @@ class ArgVLNumericConv<bool> : public ArgVarConverter {
         return hos::HOSValue::ofUnsigned(isTrue ? 1 : 0);
     }
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override {
-        VARIANT variant{};
-        variant.vt = VT_BOOL;
-        variant.boolVal = value.isNull() ? VARIANT_FALSE : VARIANT_TRUE;
-        placeVariant(variant, out, backing, byRef);
+        placeValue(out, backing, byRef, [value](VARIANT& v) {
+            v.vt = VT_BOOL;
+            v.boolVal = value.isNull() ? VARIANT_FALSE : VARIANT_TRUE;
+        });
     }
 };
 
@@ -85,14 +85,14 @@ class PropVLNumericConv : public ArgVarConverter {
         return hos::HOSValue::ofDouble(VariantField<T>::get(*ReadAs(v, readType)));
     }
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override {
-        VARIANT variant{};
-        if constexpr (std::is_same_v<T, float>)
-            VariantField<float>::set(variant, static_cast<float>(value.number()));
-        else
-            VariantField<T>::set(variant, saturatedRound<T>(value.number()));
-        // Servers take the signed type for the unsigned one of 32 bits, bit by bit.
-        if constexpr (std::is_same_v<T, std::uint32_t>) variant.vt = VT_I4;
-        placeVariant(variant, out, backing, byRef);
+        placeValue(out, backing, byRef, [value](VARIANT& v) {
+            if constexpr (std::is_same_v<T, float>)
+                VariantField<float>::set(v, static_cast<float>(value.number()));
+            else
+                VariantField<T>::set(v, saturatedRound<T>(value.number()));
+            // Servers take the signed type for the unsigned one of 32 bits, bit by bit.
+            if constexpr (std::is_same_v<T, std::uint32_t>) v.vt = VT_I4;
+        });
     }
 
   private:
@@ -119,9 +119,9 @@ class ArgVLCharConv : public ArgVarConverter {
         if (!value.array() || !hxIsScalar(value.array()))
             hmsgcore::raise("VELMAR:class:MustBeScalar",
                             VELMAR::COM::COMException(std::string("Parameter must be scalar.")));
-        VARIANT variant{};
-        VariantField<T>::set(variant, *static_cast<const T*>(hxGetData(value.array())));
-        placeVariant(variant, out, backing, byRef);
+        placeValue(out, backing, byRef, [value](VARIANT& v) {
+            VariantField<T>::set(v, *static_cast<const T*>(hxGetData(value.array())));
+        });
     }
 };
 

@@ -5,7 +5,7 @@
 #include "classmodel/namespaces.h"
 #include "classmodel/object_creation.h"
 #include "classmodel/object_tree.h"
-#include "comruntime/com_error.h"
+#include "comruntime/server_call.h"
 #include "comruntime/interned.h"
 #include "platform/holders.h"
 #include "platform/typeinfo_holders.h"

@@ -4,6 +4,7 @@
 #include "classmodel/instance_record.h"
 #include "comruntime/com_error.h"
 #include "comruntime/interned.h"
+#include "comruntime/server_call.h"
 #include "dispatch/member_value.h"
 #include "platform/holders.h"
 

@@ -3,6 +3,7 @@
 
 #include "classmodel/instance_record.h"
 #include "comruntime/com_error.h"
+#include "comruntime/server_call.h"
 #include "dispatch/member_value.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
