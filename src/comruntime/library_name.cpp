@@ -52,8 +52,10 @@ Version chooseVersion(const RegistryKey& library, const Version& requested) {
     OLECHAR name[128];
     for (DWORD index = 0;; ++index) {
         DWORD size = std::size(name);
-        if (RegEnumKeyExW(library.get(), index, name, &size, nullptr, nullptr, nullptr, nullptr))
-            return best;
+        const LONG status =
+            RegEnumKeyExW(library.get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_MORE_DATA) continue; // no version has a name of that length
+        if (status != ERROR_SUCCESS) return best;
         const Version candidate = versionOf(OleView(name, size));
         if (candidate.major <= 0 && candidate.minor <= 0) continue;
         if (wantsExact && candidate == requested) return candidate;

@@ -6,7 +6,8 @@
 namespace axlink2 {
 namespace {
 
-// A call that is under way. Calls nest, as a server may call back.
+// A call that is under way. Calls nest, as a server may call back. Counting a reference for each
+// call instead takes as long as all the rest of a property's read does.
 class CallInFlight {
   public:
     explicit CallInFlight(IDispatch* target) : target_(target), outer_(innermost) {
@@ -51,7 +52,9 @@ HRESULT guardedInvoke(IDispatch* target, DISPID id, LCID lcid, WORD flags, DISPP
     const platform::Fault fault = platform::guarded([&] {
         hr = target->Invoke(id, IID_NULL, lcid, flags, params, result, excepInfo, argumentError);
     });
-    return fault ? DISP_E_EXCEPTION : hr;
+    if (!fault) return hr;
+    if (excepInfo) *excepInfo = {}; // half written, perhaps
+    return DISP_E_EXCEPTION;
 }
 
 HRESULT guardedGetTypeInfo(IDispatch* target, ITypeInfo** out) {

@@ -180,7 +180,7 @@ HRESULT TypeDescription::GetIDsOfNames(LPOLESTR* names, UINT count, MEMBERID* me
     // The further names are those of the function's parameters, numbered from 0.
     useMember(*member, [&](const auto& described) {
         for (UINT i = 1; i < count; ++i) {
-            const auto begin = described.names.begin() + 1;
+            const auto begin = described.names.begin() + (described.names.empty() ? 0 : 1);
             const auto found = std::find_if(begin, described.names.end(), [&](const auto& own) {
                 return equalNoCase(own, names[i]);
             });

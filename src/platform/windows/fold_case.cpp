@@ -11,6 +11,8 @@ OLECHAR foldCase(OLECHAR unit) noexcept {
 }
 
 int compareNoCase(OleView a, OleView b) noexcept {
+    // A view of nothing may point nowhere, which the system refuses.
+    if (a.empty() || b.empty()) return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
     return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
                                 static_cast<int>(b.size()), TRUE) -
            CSTR_EQUAL;
