@@ -15,7 +15,8 @@ Value makeNamedHandle(const std::string& name);
 Value makeAnonymousHandle(const AnonymousFunction& function, Variables captured);
 
 // Calls `handle` with the source and the event's structure at each event. Gives an object of class
-// "velsh.Listener" that `removeListener` ends; losing it changes nothing.
+// "velsh.Listener", whose property `Enabled` lets it run, and which `removeListener` ends; losing
+// it changes nothing.
 Value addListener(const hxArray* object, const std::string& event, const hxArray* handle);
 bool isListener(const hxArray* array);
 void removeListener(const hxArray* listener);

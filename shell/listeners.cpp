@@ -29,11 +29,40 @@ class ListenerPackage : public hos::HOSNamespaceInfo {
     void setPackage(hos::HOSPackage*) override {}
 };
 
+ListenerPtr* listenerOf(hos::HOSInterface* object) {
+    if (!object || object->isDeleted()) return nullptr;
+    return static_cast<ListenerPtr*>(object->getInstanceData(listenerClass()));
+}
+
+// Whether the listener runs. That of an object that has gone doesn't.
+class EnabledProperty : public hos::HOSPropInfo {
+  public:
+    const char* getName() const override { return "Enabled"; }
+    hos::HOSValue* getDefaultValue(hos::HOSValue* out) const override {
+        *out = hos::HOSValue();
+        return out;
+    }
+    hos::HOSDataTypePtr* getDataType(hos::HOSDataTypePtr* out) const override {
+        *out = hos::HOSDataTypePtr(hos::internal::makeInterned("logical scalar"));
+        return out;
+    }
+    hos::HOSValue* getValue(hos::HOSValue* out, hos::HOSInterface* object) override {
+        *out = hos::HOSValue::ofInteger((*listenerOf(object))->isEnabled());
+        return out;
+    }
+    void setValue(hos::HOSInterface* object, hos::HOSValue value) override {
+        (*listenerOf(object))->setEnabled(value.integer() != 0);
+    }
+    void destroyValue(hos::HOSInterface*, hos::HOSValue) override {}
+};
+
 // An object's data is the listener that it stands for.
 class ListenerClass : public hos::HOSClassInfo {
   public:
     const char* getName() const override { return className; }
-    void populateClass(hos::HOSClass*, void*) override {}
+    void populateClass(hos::HOSClass* target, void*) override {
+        target->addProperty(new EnabledProperty);
+    }
     void* createInstanceData() override { return new ListenerPtr; }
     void destroyInstanceData(hos::HOSInterface*, void* data) override {
         delete static_cast<ListenerPtr*>(data);
@@ -45,11 +74,6 @@ hos::HOSClass* makeListenerClass() {
     hos::HOSPackage::getNamespace(hos::internal::makeInterned(packageName))
         ->addClass(new ListenerClass, 0, 0);
     return hos::HOSClass::getClass(listenerClass());
-}
-
-ListenerPtr* listenerOf(const hos::HOSInterfacePtr& object) {
-    if (!object || object->isDeleted()) return nullptr;
-    return static_cast<ListenerPtr*>(object->getInstanceData(listenerClass()));
 }
 
 Value makeListenerObject(ListenerPtr listener) {

@@ -57,21 +57,24 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** connections) {
     return E_NOTIMPL;
 }
 
-void ConnectionPoint::fire(DISPID dispid, DISPPARAMS& params) {
+HRESULT ConnectionPoint::fire(DISPID dispid, DISPPARAMS& params, const IID& iid) {
+    const auto call = [&](IDispatch& sink) {
+        return sink.Invoke(dispid, iid, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
+                           nullptr, nullptr);
+    };
     // One sink needs no list; of several, each call may change it.
-    if (sinks_.empty()) return;
+    if (sinks_.empty()) return S_OK;
     if (sinks_.size() == 1) {
         const auto only = sinks_.front().dispatch;
-        only->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
-                     nullptr, nullptr);
-        return;
+        return call(*only.get());
     }
     std::vector<platform::ComPtr<IDispatch>> snapshot;
     for (const auto& sink : sinks_)
         snapshot.push_back(sink.dispatch);
+    HRESULT result = S_OK;
     for (const auto& sink : snapshot)
-        sink->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr,
-                     nullptr, nullptr);
+        if (const HRESULT answer = call(*sink.get()); FAILED(answer)) result = answer;
+    return result;
 }
 
 } // namespace kit

@@ -27,8 +27,9 @@ class ConnectionPoint final : public IConnectionPoint {
     // E_NOTIMPL: nobody needs to know who else listens.
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
 
-    // Calls every sink that is connected at this moment; what they answer is dropped.
-    void fire(DISPID dispid, DISPPARAMS& params);
+    // Calls every sink that is connected at this moment. Gives S_OK, or what the last sink that
+    // failed answered. Sinks expect IID_NULL as the interface.
+    HRESULT fire(DISPID dispid, DISPPARAMS& params, const IID& iid = IID_NULL);
 
     std::size_t connections() const { return sinks_.size(); }
 

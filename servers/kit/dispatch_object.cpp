@@ -69,12 +69,10 @@ HRESULT DispatchObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
     *info = nullptr;
     if (!definition_.parts().hasTypeInfo) return E_NOTIMPL;
     if (index != 0) return DISP_E_BADINDEX;
-    try {
+    return answer([&] {
         *info = platform::ComPtr<ITypeInfo>::borrow(definition_.typeInfo()).detach();
         return S_OK;
-    } catch (const ComFailure& failure) {
-        return failure.result;
-    }
+    });
 }
 
 HRESULT DispatchObject::GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID,
@@ -84,8 +82,10 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, 
     // Only members have numbers here: parameters can't be named in a call.
     for (UINT index = 0; index < count; ++index)
         dispids[index] = DISPID_UNKNOWN;
-    dispids[0] = definition_.dispidOf(names[0]);
-    return dispids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+    return answer([&] {
+        dispids[0] = definition_.dispidOf(names[0]);
+        return dispids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+    });
 }
 
 HRESULT DispatchObject::Invoke(DISPID dispid, REFIID riid, LCID lcid, WORD flags,
@@ -132,12 +132,10 @@ HRESULT DispatchObject::FindConnectionPoint(REFIID iid, IConnectionPoint** point
 HRESULT DispatchObject::GetClassInfo(ITypeInfo** info) {
     if (!info) return E_POINTER;
     *info = nullptr;
-    try {
+    return answer([&] {
         *info = platform::ComPtr<ITypeInfo>::borrow(definition_.classInfo()).detach();
         return S_OK;
-    } catch (const ComFailure& failure) {
-        return failure.result;
-    }
+    });
 }
 
 HRESULT DispatchObject::GetGUID(DWORD kind, GUID* guid) {

@@ -53,7 +53,10 @@ class DispatchObject : public IDispatch,
         DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
         fireRaw(dispid, params);
     }
-    void fireRaw(DISPID dispid, DISPPARAMS& params) { events_.fire(dispid, params); }
+    // The same with arguments and an interface as they are; gives what ConnectionPoint::fire does.
+    HRESULT fireRaw(DISPID dispid, DISPPARAMS& params, const IID& iid = IID_NULL) {
+        return events_.fire(dispid, params, iid);
+    }
 
     // The connection point of the default source interface.
     ConnectionPoint& events() { return events_; }

@@ -28,7 +28,8 @@ class COMEventsMethodInfo final : public Builtin<declarations::events> {
   public:
     using Builtin::Builtin;
 
-    // `events(h)`: nothing, since classes describe no events as yet.
+    // `events(h)`: each event's name and signature, printed or, with an output asked for, as the
+    // fields of a struct; nothing for an object without events.
     void invoke(const hos::HOSClient* client, std::uint32_t* outputCount, hos::HOSValue* outputs,
                 std::int32_t inputCount, hos::HOSValue* inputs) override;
 };

@@ -1,11 +1,15 @@
 // Descriptions of generated classes: one for a server, one for an interface that a member returned.
 #pragma once
 
+#include "classmodel/event_descriptor.h"
 #include "classmodel/instance_record.h"
 #include "host/class.h"
 #include "platform/com.h"
 
+#include <memory>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace axlink2 {
 
@@ -35,7 +39,9 @@ class COMBaseClassInfo : public hos::HOSClassInfo {
 
     std::string className; // bare, in its namespace
     IDispatch* server;
-    GUID sourceIID{};
+    GUID sourceIID{}; // of the default source interface, all zero without one
+    std::vector<std::unique_ptr<COMEventDescriptor>> eventDescriptors; // by ascending DISPID
+    std::unordered_map<DISPID, COMEventDescriptor*> eventsByDispid;
 };
 
 // The class of a ProgID, in the namespace COM.

@@ -1,21 +1,21 @@
 // What ties a host object to its server.
 #pragma once
 
+#include "classmodel/object_links.h"
 #include "host/array.h"
 #include "host/interface.h"
 #include "platform/com.h"
-
-#include <vector>
 
 namespace axlink2 {
 
 // The record of one object, kept for it by the host. Every pointer holds one reference.
 struct COMInstanceRecord {
     IDispatch* dispatch = nullptr; // null until the server has been started, or when that failed
-    IDispatch* sink = nullptr;     // the event sink, while a listener is connected
+    // While a listener is connected: a CAXSink and the IConnectionPoint that it is advised at.
+    IDispatch* sink = nullptr;
     IUnknown* connectionPoint = nullptr;
-    std::vector<hos::HOSInterfacePtr> parents;  // objects that this one was returned from
-    std::vector<hos::HOSInterfacePtr> children; // objects returned from this one
+    ObjectLinks parents;  // objects that this one was returned from
+    ObjectLinks children; // objects returned from this one
 };
 
 // Lets go of the sink, the server, the links and the connection point, in this order.

@@ -6,6 +6,7 @@
 #include "comruntime/type_description.h"
 #include "dispatch/method_info.h"
 #include "dispatch/property_info.h"
+#include "events/event_info.h"
 
 #include <memory>
 
@@ -21,7 +22,10 @@ void addSuperclasses(hos::HOSClass* target) {
 
 // Names of types are the host's: the first class to bring an enumeration decides its constants.
 void addEnumeration(const std::string& name, const std::vector<COMEnumValue>& constants) {
-    if (hos::HOSTypeRepository::getType(internedId(name))) return;
+    // A type without a conversion is what an attempt that failed has left.
+    if (hos::HOSTypeRepository::getType(internedId(name)) &&
+        hos::HOSTypeRepository::getConversion(internedId("any"), internedId(name)))
+        return;
     const hos::HOSDataTypePtr int32Type(
         hos::HOSTypeRepository::getType(internedId("int32 scalar")));
     auto* type =
@@ -39,9 +43,21 @@ void addMember(hos::HOSClass* target, DISPID dispid, const COMMemberEntry& entry
         target->addProperty(new COMIDispPropInfo(dispid, entry));
 }
 
+void addEvent(COMBaseClassInfo& info, hos::HOSClass* target, DISPID dispid,
+              const COMMemberEntry& entry) {
+    // The descriptor has its owner before anything points at it.
+    info.eventDescriptors.push_back(std::make_unique<COMEventDescriptor>(entry));
+    COMEventDescriptor* const descriptor = info.eventDescriptors.back().get();
+    info.eventsByDispid.try_emplace(dispid, descriptor);
+    target->addEvent(new COMEventInfo(target, dispid, descriptor));
+}
+
 } // namespace
 
 void COMBaseClassInfo::populateClass(hos::HOSClass* target, void* extra) {
+    // What an attempt that failed has left.
+    eventsByDispid.clear();
+    eventDescriptors.clear();
     addSuperclasses(target);
     addBuiltins(target, everyClassBuiltins());
     const auto description = COMTypeDescription::ofServer(server);
@@ -52,6 +68,9 @@ void COMBaseClassInfo::populateClass(hos::HOSClass* target, void* extra) {
     for (const auto& [dispid, entry] : description->members)
         addMember(target, dispid, *entry);
     sourceIID = description->sourceInterfaceIID;
+    eventDescriptors.reserve(description->events.size());
+    for (const auto& [dispid, entry] : description->events)
+        if (entry->isMethod()) addEvent(*this, target, dispid, *entry);
     addClassSpecificMembers(target, extra, *description);
 }
 

@@ -23,8 +23,10 @@ void LiveObject::addListener(std::shared_ptr<ListenerRecord> listener) {
     hos::HOSEventInfo* info = class_.event(event);
     if (!info) fail(keys::UndefinedEvent, event.str(), class_.classId().str());
     if (info->getListenAccess() != 0) fail(keys::EventAccess, event.str(), class_.classId().str());
+    const hos::HOSInterfacePtr self(this);
+    if (state_ == State::Alive && !isListenedTo(event)) info->addListener(weakHandle());
+    // Connecting runs foreign code, in which the object may have ended.
     if (state_ != State::Alive) hmsgcore::raise(VELMAR::class_::InvalidHandle());
-    if (!isListenedTo(event)) info->addListener(weakHandle());
     extras().listeners.push_back(std::move(listener));
 }
 

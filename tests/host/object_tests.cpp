@@ -214,6 +214,26 @@ TEST_F(Objects, AListenerThatCannotBeConnectedIsNotAdded) {
     EXPECT_EQ(heard, Log{"b0"});
 }
 
+TEST_F(Objects, AnObjectThatEndsTakesNoMoreListeners) {
+    ClassSpec spec = withEvents();
+    hos::HOSInterfacePtr object;
+    Log refused;
+    const auto tryToListen = [&] {
+        refused.push_back(errorOf([&] { velmar::addListener(object, "Moved", {}); }));
+    };
+    spec.onConnect = [&] { object->destroy(hos::HOSGetPublicClient()); };
+    spec.onDisconnect = [&](hos::HOSInterfacePtr) { tryToListen(); };
+    TestClass shape(spec);
+    object = shape.makeObject();
+    tryToListen(); // it ends while the event is connected
+    spec.onConnect = {};
+    TestClass other(spec);
+    object = other.makeObject();
+    velmar::addListener(object, "Moved", {});
+    object->destroy(hos::HOSGetPublicClient()); // a listener is tried while the event disconnects
+    EXPECT_EQ(refused, Log(2, "VELMAR:class:InvalidHandle"));
+}
+
 TEST_F(Objects, AFailingListenerIsAWarningAndTheNextOneRuns) {
     TestClass shape(withEvents());
     const hos::HOSInterfacePtr object = shape.makeObject();
