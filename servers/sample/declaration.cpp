@@ -24,11 +24,9 @@ const kit::ClassDefinition& Server::definition() {
         declareProperties(builder);
         Echoes::declare(builder);
         Values::declare(builder);
-        return builder.source("ISampleEvents", eventsInterface)
-            .event("Tick", {{"Count", VT_I4}})
-            .event("Renamed", {{"OldName", VT_BSTR}, {"NewName", VT_BSTR}})
-            .event("Done")
-            .build(&library());
+        Events::declare(builder);
+        Events::declareSource(builder);
+        return builder.build(&library());
     }();
     return *made;
 }
@@ -55,9 +53,7 @@ void Server::declareMethods(kit::ClassBuilder<Server>& builder) {
         .method("Self", &Server::self)
         .method("CountOf", &Server::countOf, {"child"})
         .method("RegisterActive", &Server::registerActive)
-        .method("RevokeActive", &Server::revokeActive)
-        .method("FireTick", &Server::fireTick, {"count"})
-        .method("FireDone", &Server::fireDone);
+        .method("RevokeActive", &Server::revokeActive);
 }
 
 void Server::declareFailures(kit::ClassBuilder<Server>& builder) {

@@ -19,12 +19,30 @@ inline constexpr IID collectionInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A
 inline constexpr IID itemsInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C15");
 inline constexpr IID bareInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1C16");
 
+// Documents.
+inline constexpr GUID documentLibraryId = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D00");
+inline constexpr CLSID fileDocumentClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D01");
+inline constexpr CLSID storageDocumentClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D02");
+inline constexpr CLSID streamInitDocumentClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D03");
+inline constexpr CLSID streamDocumentClass = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D04");
+inline constexpr IID fileDocumentInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D11");
+inline constexpr IID storageDocumentInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D12");
+inline constexpr IID streamInitDocumentInterface =
+    kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D13");
+inline constexpr IID streamDocumentInterface = kit::guid("7B1C2D10-52C4-4C6E-9D6A-2A6F0E5B1D14");
+
 // Events of the source interface.
 inline constexpr DISPID tickEvent = 1;
 inline constexpr DISPID renamedEvent = 2;
 inline constexpr DISPID doneEvent = 3;
+inline constexpr DISPID everythingEvent = 4;
+inline constexpr DISPID askedEvent = 5;
+inline constexpr DISPID childAddedEvent = 6;
+inline constexpr DISPID measuredEvent = 7;
 
 // The type library of the classes that describe themselves.
 const kit::Library& library();
+// The same for the documents.
+const kit::Library& documentLibrary();
 
 } // namespace sample

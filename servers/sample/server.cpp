@@ -21,7 +21,7 @@ kit::ServerError serverError(OleString description, WORD code) {
 
 } // namespace
 
-Server::Server() : Values(definition()) {}
+Server::Server() : Events(definition()) {}
 
 Server::~Server() = default;
 
@@ -113,9 +113,6 @@ void Server::registerActive() {
 void Server::revokeActive() {
     if (active_) kit::check(RevokeActiveObject(std::exchange(active_, 0), nullptr));
 }
-
-void Server::fireTick(LONG count) { fire(tickEvent, count); }
-void Server::fireDone() { fire(doneEvent); }
 
 void Server::setName(OleString name) {
     const OleString old = std::exchange(name_, std::move(name));

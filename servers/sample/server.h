@@ -2,7 +2,7 @@
 #pragma once
 
 #include "servers/sample/child.h"
-#include "servers/sample/values.h"
+#include "servers/sample/events.h"
 
 #include <map>
 
@@ -15,7 +15,7 @@ using platform::OleString;
 using platform::OleView;
 
 // "Sample.Server.1".
-class Server final : public Values {
+class Server final : public Events {
   public:
     Server();
     ~Server() override;
@@ -58,10 +58,6 @@ class Server final : public Values {
     LONG countOf(IDispatch* child) { return child ? 1 : 0; }
     void registerActive();
     void revokeActive();
-
-    // Events.
-    void fireTick(LONG count);
-    void fireDone();
 
     // Members that clients treat in a special way.
     LONG hiddenMethod() { return 1; }

@@ -8,7 +8,7 @@
 #include "builtins/interface_objects.h"
 #include "builtins/introspection.h"
 #include "builtins/invoke.h"
-#include "builtins/pending_builtins.h"
+#include "builtins/persistence.h"
 #include "builtins/release_delete.h"
 #include "builtins/server_members.h"
 #include "builtins/set.h"

@@ -2,7 +2,6 @@
 #include "builtins/get.h"
 
 #include "builtins/call_support.h"
-#include "builtins/fold_name.h"
 #include "builtins/host_call.h"
 #include "builtins/property_lookup.h"
 #include "dispatch/call_by_name.h"
@@ -37,23 +36,24 @@ unique_array valueOrMessage(const hxArray* objects, const char* name) {
         MessageCatalog::get_message(reason, HsysLocale::global())));
 }
 
+// The names of the object's class, which are taken down when they are first asked for.
+const ReadableNames& namesOfClass(std::optional<ReadableNames>& known, hos::HOSInterface& object) {
+    if (!known) known.emplace(*object.getClass());
+    return *known;
+}
+
 // The name of the property that `text` means; none when no property begins with it.
-std::optional<std::string> matchProperty(hos::HOSInterface& object, const std::string& text) {
-    const std::string wanted = foldName(text);
-    std::optional<std::string> partial;
-    bool ambiguous = false;
-    for (const hos::HOSPropInfo* property : readableProperties(object)) {
-        const std::string candidate = foldName(property->getName());
-        if (candidate == wanted) return property->getName();
-        if (!candidate.starts_with(wanted)) continue;
-        if (partial)
-            ambiguous = true;
-        else
-            partial = property->getName();
-    }
-    if (ambiguous)
-        refuse(VELMAR::class_::AmbiguousPropertyException(*partial, object.getClass()->getName()));
-    return partial;
+std::optional<std::string> matchProperty(const ReadableNames& ofClass, hos::HOSInterface& object,
+                                         const std::string& text) {
+    NameMatch match(text);
+    ofClass.offerAll(match);
+    for (const hos::HOSPropInfo* property : readableAddedProperties(object))
+        match.offer(property->getName());
+    if (match.exact) return match.exact;
+    if (match.isAmbiguous)
+        refuse(VELMAR::class_::AmbiguousPropertyException(*match.partial,
+                                                          object.getClass()->getName()));
+    return match.partial;
 }
 
 std::vector<std::string> namesInCell(const hxArray* cell) {
@@ -81,12 +81,17 @@ unique_array readExactly(const hxArray* objects, const hos::HOSInterfacePtr& obj
 
 void COMGet1MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
                                hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
+    const hos::HOSInterfacePtr object = firstObject(inputs);
     // Names, since a server that is asked for one property may cause another to be deleted.
-    const auto names = namesOf(readableProperties(*firstObject(inputs)));
-    unique_array values = createStruct(names);
+    const std::vector<std::string> added = namesOf(readableAddedProperties(*object));
+    std::vector<const char*> names;
+    for (const auto* list : {&namesOfClass(ofClass, *object).inOrder(), &added})
+        for (const std::string& name : *list)
+            names.push_back(name.c_str());
+    unique_array values(hxCreateStructMatrix(1, 1, static_cast<int>(names.size()), names.data()));
     for (std::size_t i = 0; i < names.size(); ++i)
         hxSetFieldByNumber(values.get(), 0, static_cast<int>(i),
-                           valueOrMessage(inputs[0].array(), names[i].c_str()).release());
+                           valueOrMessage(inputs[0].array(), names[i]).release());
     giveOrShow(std::move(values), outputCount, outputs);
 }
 
@@ -95,7 +100,7 @@ void COMGet2MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount
     const hos::HOSInterfacePtr object = firstObject(inputs);
     const hxArray* objects = inputs[0].array();
     if (const auto text = scalarText(inputs[1].array())) {
-        const auto name = matchProperty(*object, *text);
+        const auto name = matchProperty(namesOfClass(ofClass, *object), *object, *text);
         if (!name)
             return callByName(object, text->c_str(), DISPATCH_PROPERTYGET, outputCount, outputs, 0,
                               nullptr);

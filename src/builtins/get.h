@@ -2,6 +2,9 @@
 #pragma once
 
 #include "builtins/builtin_declarations.h"
+#include "builtins/readable_names.h"
+
+#include <optional>
 
 namespace axlink2 {
 
@@ -13,6 +16,9 @@ class COMGet1MethodInfo final : public Builtin<declarations::get1> {
     // is wanted. A property whose server fails gives the error's text instead of its value.
     void invoke(const hos::HOSClient* client, std::uint32_t* outputCount, hos::HOSValue* outputs,
                 std::int32_t inputCount, hos::HOSValue* inputs) override;
+
+  private:
+    std::optional<ReadableNames> ofClass; // of the objects that have this method
 };
 
 class COMGet2MethodInfo final : public Builtin<declarations::get2> {
@@ -25,6 +31,9 @@ class COMGet2MethodInfo final : public Builtin<declarations::get2> {
     // matches and for anything else than text and cells of texts, and errors of the calls.
     void invoke(const hos::HOSClient* client, std::uint32_t* outputCount, hos::HOSValue* outputs,
                 std::int32_t inputCount, hos::HOSValue* inputs) override;
+
+  private:
+    std::optional<ReadableNames> ofClass; // of the objects that have this method
 };
 
 class COMGet3MethodInfo final : public Builtin<declarations::get3> {

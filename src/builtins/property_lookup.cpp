@@ -20,14 +20,6 @@ void append(std::vector<hos::HOSPropInfo*>& list, hos::HOSIterator& properties,
     }
 }
 
-std::vector<hos::HOSPropInfo*> propertyList(hos::HOSInterface& object, AccessQuestion access) {
-    std::vector<hos::HOSPropInfo*> list;
-    hos::HOSIterator properties;
-    append(list, *object.getClass()->getProperties(&properties), access);
-    append(list, *object.getDynamicProperties(&properties), access);
-    return list;
-}
-
 } // namespace
 
 hos::HOSPropInfo* findProperty(hos::HOSInterface& object, const std::string& name) {
@@ -41,12 +33,26 @@ void requireClassProperty(hos::HOSClass& owner, const char* name) {
         hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(std::string(name)));
 }
 
-std::vector<hos::HOSPropInfo*> readableProperties(hos::HOSInterface& object) {
-    return propertyList(object, &hos::HOSPropInfo::getGetAccess);
+std::vector<hos::HOSPropInfo*> readableProperties(hos::HOSClass& owner) {
+    std::vector<hos::HOSPropInfo*> list;
+    hos::HOSIterator properties;
+    append(list, *owner.getProperties(&properties), &hos::HOSPropInfo::getGetAccess);
+    return list;
+}
+
+std::vector<hos::HOSPropInfo*> readableAddedProperties(hos::HOSInterface& object) {
+    std::vector<hos::HOSPropInfo*> list;
+    hos::HOSIterator properties;
+    append(list, *object.getDynamicProperties(&properties), &hos::HOSPropInfo::getGetAccess);
+    return list;
 }
 
 std::vector<hos::HOSPropInfo*> writableProperties(hos::HOSInterface& object) {
-    return propertyList(object, &hos::HOSPropInfo::getSetAccess);
+    std::vector<hos::HOSPropInfo*> list;
+    hos::HOSIterator properties;
+    append(list, *object.getClass()->getProperties(&properties), &hos::HOSPropInfo::getSetAccess);
+    append(list, *object.getDynamicProperties(&properties), &hos::HOSPropInfo::getSetAccess);
+    return list;
 }
 
 std::vector<std::string> namesOf(const std::vector<hos::HOSPropInfo*>& properties) {

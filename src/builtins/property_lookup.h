@@ -15,9 +15,12 @@ hos::HOSPropInfo* findProperty(hos::HOSInterface& object, const std::string& nam
 // property.
 void requireClassProperty(hos::HOSClass& owner, const char* name);
 
-// The properties that a program sees and may read, or write: the class's, then the added ones, each
-// in their order. They stay the host's; an added one ends when a program deletes it.
-std::vector<hos::HOSPropInfo*> readableProperties(hos::HOSInterface& object);
+// The properties that a program sees and may read, in their order: a class's, and those that were
+// added to an object. They stay the host's; an added one ends when a program deletes it.
+std::vector<hos::HOSPropInfo*> readableProperties(hos::HOSClass& owner);
+std::vector<hos::HOSPropInfo*> readableAddedProperties(hos::HOSInterface& object);
+
+// The same of those that it may write, the class's before the added ones.
 std::vector<hos::HOSPropInfo*> writableProperties(hos::HOSInterface& object);
 
 // Their names, which outlive them.

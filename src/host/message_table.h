@@ -74,7 +74,5 @@
     ONE(COM, "VELMAR:COM", DISP_E_EXCEPTION_PartSourceMsg, Wide)                                   \
     ONE(COM, "VELMAR:COM", DISP_E_default_ErrMsg, Wide)                                            \
     ONE(COM, "VELMAR:COM", DISP_E_EXCEPTION_PartHelpContextID, Narrow)                             \
-    ONE(COM, "VELMAR:COM", DISP_E_default_ErrMsgErrCode, Narrow)                                   \
-    /* What the module offers but can't do yet. */                                                 \
-    ONE(COM, "VELMAR:COM", notavailable, Narrow)
+    ONE(COM, "VELMAR:COM", DISP_E_default_ErrMsgErrCode, Narrow)
 // clang-format on

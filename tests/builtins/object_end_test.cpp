@@ -50,14 +50,6 @@ TEST_F(ObjectEnd, EveryMemberLeavesWhatItsRuleSays) {
     }
 }
 
-TEST_F(ObjectEnd, ReleaseLinksTheChildrenToTheParent) {
-    ask(0, m, "release");
-    const COMInstanceRecord& parent = *recordOf(objectOf(s));
-    ASSERT_EQ(parent.children.size(), 1u);
-    EXPECT_EQ(recordOf(parent.children[0]), recordOf(objectOf(c)));
-    EXPECT_TRUE(recordOf(objectOf(c))->parents.empty());
-}
-
 TEST_F(ObjectEnd, WorksOnTheFirstOfSeveralObjects) {
     const Array t = startRegistered("Test.Gadget");
     const Array u = startRegistered("Test.Gadget");

@@ -147,4 +147,5 @@ inline constexpr HRESULT STG_E_UNIMPLEMENTEDFUNCTION = static_cast<HRESULT>(0x80
 inline constexpr HRESULT STG_E_INVALIDFLAG = static_cast<HRESULT>(0x800300FFu);
 inline constexpr HRESULT STG_E_OLDFORMAT = static_cast<HRESULT>(0x80030104u);
 inline constexpr HRESULT STG_E_REVERTED = static_cast<HRESULT>(0x80030102u);
+inline constexpr HRESULT STG_E_DOCFILECORRUPT = static_cast<HRESULT>(0x80030109u);
 inline constexpr HRESULT STG_E_CANTSAVE = static_cast<HRESULT>(0x80030103u);

@@ -134,6 +134,7 @@ constexpr std::array messageTexts{
     row(STG_E_UNIMPLEMENTEDFUNCTION, "This storage call is not implemented."),
     row(STG_E_INVALIDFLAG, "A flag of the storage call is not valid."),
     row(STG_E_REVERTED, "The storage has been reverted."),
+    row(STG_E_DOCFILECORRUPT, "The compound file is damaged."),
     row(STG_E_CANTSAVE, "The object could not be saved."),
 };
 

@@ -5,6 +5,8 @@
 #include "platform/portable/guid.h"
 #include "platform/portable/unknown.h"
 
+using HGLOBAL = void*;
+
 extern "C" const IID IID_ISequentialStream;
 extern "C" const IID IID_IStream;
 extern "C" const IID IID_IStorage;
@@ -58,6 +60,7 @@ typedef enum tagSTGC {
 #define STGM_CREATE 0x00001000
 #define STGM_CONVERT 0x00020000
 #define STGM_FAILIFTHERE 0x00000000
+#define STGM_NOSNAPSHOT 0x00200000
 
 typedef struct tagSTATSTG {
     LPOLESTR pwcsName;
@@ -168,3 +171,29 @@ struct IPersistFile : IPersist {
     virtual HRESULT STDMETHODCALLTYPE SaveCompleted(LPCOLESTR fileName) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR* fileName) = 0;
 };
+
+extern "C" {
+// Compound files. The whole file is kept in memory. A transacted root reaches the disk with Commit
+// and not before, also when the file is new; one that isn't transacted with Commit and with its
+// last release. The file is written beside the old one and takes its place, so that a failure
+// leaves the old one. Sharing is watched within the process only. A null path, STGM_SIMPLE,
+// STGM_PRIORITY, STGM_CONVERT and STGM_DELETEONRELEASE aren't offered. A file that isn't a compound
+// file answers STG_E_FILEALREADYEXISTS; one that is damaged, STG_E_DOCFILECORRUPT.
+HRESULT StgCreateDocfile(const OLECHAR* path, DWORD mode, DWORD reserved, IStorage** storage);
+HRESULT StgOpenStorage(const OLECHAR* path, IStorage* priority, DWORD mode, SNB exclude,
+                       DWORD reserved, IStorage** storage);
+
+// A stream in memory of its own; `memory` must be null.
+HRESULT CreateStreamOnHGlobal(HGLOBAL memory, BOOL deleteOnRelease, IStream** stream);
+
+HRESULT WriteClassStg(IStorage* storage, REFCLSID clsid);
+HRESULT ReadClassStg(IStorage* storage, CLSID* clsid);
+HRESULT WriteClassStm(IStream* stream, REFCLSID clsid);
+// A stream that ends before answers STG_E_READFAULT.
+HRESULT ReadClassStm(IStream* stream, CLSID* clsid);
+
+// The object's class and state, and for OleSave the commit; the first result other than S_OK ends
+// it and is the answer, so that only what was saved as a whole is committed.
+HRESULT OleSave(IPersistStorage* object, IStorage* storage, BOOL sameAsLoad);
+HRESULT OleSaveToStream(IPersistStream* object, IStream* stream);
+}

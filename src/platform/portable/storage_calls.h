@@ -1,0 +1,64 @@
+// What the calls of storages and streams share: failures without exceptions, modes, STATSTG.
+#pragma once
+
+#include "platform/portable/hresults.h"
+#include "platform/portable/persistence.h"
+#include "platform/text.h"
+
+#include <atomic>
+#include <new>
+
+namespace platform {
+
+// What `call` answers; STG_E_INSUFFICIENTMEMORY when memory runs out in it.
+template <class Call>
+HRESULT withoutRaising(Call&& call) {
+    try {
+        return call();
+    } catch (const std::bad_alloc&) {
+        return STG_E_INSUFFICIENTMEMORY;
+    }
+}
+
+inline bool canRead(DWORD mode) { return (mode & 3) != STGM_WRITE; }
+inline bool canWrite(DWORD mode) { return (mode & 3) != STGM_READ; }
+inline DWORD sharing(DWORD mode) { return mode & 0x70; }
+
+// Whether access and sharing have a meaning and nothing stands beside them but `others`.
+constexpr bool isMode(DWORD mode, DWORD others) {
+    return (mode & 3) != 3 && (mode & 0x70) <= STGM_SHARE_DENY_NONE &&
+           (mode & ~(others | 0x73)) == 0;
+}
+
+// Describes an open storage or stream. The name is the receiver's, to be freed with CoTaskMemFree.
+HRESULT describe(STATSTG* stat, DWORD flags, STGTY type, OleView name, DWORD mode, std::size_t size,
+                 const CLSID& clsid);
+
+// The counted references of an object with one interface, and its bases, which `isOffered` tells.
+template <class Interface>
+class Counted : public Interface {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (iid != IID_IUnknown && !isOffered(iid)) return E_NOINTERFACE;
+        AddRef();
+        *object = static_cast<Interface*>(this);
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+  protected:
+    virtual ~Counted() = default;
+
+  private:
+    virtual bool isOffered(REFIID iid) const = 0;
+    std::atomic<ULONG> references_ = 1;
+};
+
+} // namespace platform

@@ -1,0 +1,268 @@
+// save and load: which interface serves them, what counts as success, and what becomes of the file.
+#include "builtins/persisting_server.h"
+#include "builtins/save_load_fixture.h"
+#include "servers/sample/faults.h"
+
+namespace {
+
+using namespace axlink2;
+using namespace axlink2::test;
+using platform::ComPtr;
+
+constexpr DWORD writing = STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE;
+
+struct Documents : SaveLoadTest {};
+
+TEST_F(Documents, GoThroughAFileWithEachInterface) {
+    forEachDocument([&](const Array& h) {
+        const std::string name = "\xC3\xBC\xE6\xBC\xA2.bin"; // beyond ASCII
+        const std::string value = "gr\xC3\xBCn and " + std::string(5000, 'x');
+        setText(h, value);
+        ask(0, h, "set", text("Number"), scalar(2.5));
+        EXPECT_EQ(save(h, name), "");
+        setText(h, "");
+        ask(0, h, "set", text("Number"), scalar(0));
+        EXPECT_EQ(load(h, name), "");
+        EXPECT_EQ(textOf(h), "'" + value + "'");
+        EXPECT_EQ(get(h, text("Number")), "2.5");
+        EXPECT_EQ(folder.names(), std::vector<std::string>{name});
+        EXPECT_TRUE(std::filesystem::remove(folder.file(name)));
+    });
+}
+
+TEST_F(Documents, ReplaceAFileThatIsThereHoweverOften) {
+    forEachDocument([&](const Array& h) {
+        folder.write("a.bin", "something else");
+        for (const char* value : {"a long text", "x"}) {
+            setText(h, value);
+            EXPECT_EQ(save(h), "");
+            setText(h, "lost");
+            EXPECT_EQ(load(h), "");
+            EXPECT_EQ(textOf(h), "'" + std::string(value) + "'");
+        }
+    });
+}
+
+TEST_F(Documents, KeepTheirStateWhenAFileIsMissingShortOrForeign) {
+    forEachDocument([&](const Array& h) {
+        setText(h, std::string(2000, 'o'));
+        EXPECT_EQ(save(h), "");
+        const std::string saved = folder.read("a.bin");
+        setText(h, "kept");
+        folder.write("empty.bin", "");
+        folder.write("short.bin", saved.substr(0, saved.size() / 2));
+        folder.write("stub.bin", saved.substr(0, 10));
+        folder.write("foreign.bin", "not made by this at all");
+        std::filesystem::create_directories(folder.file("folder"));
+        for (const char* name : {"missing.bin", "missing/a.bin", "folder", "empty.bin", "short.bin",
+                                 "stub.bin", "foreign.bin"}) {
+            EXPECT_EQ(load(h, name), serializationError) << name;
+            EXPECT_EQ(textOf(h), "'kept'") << name;
+        }
+        EXPECT_EQ(load(h), "");
+    });
+}
+
+TEST_F(Documents, AreUsableAfterASaveThatWasNotPossible) {
+    forEachDocument([&](const Array& h) {
+        std::filesystem::create_directories(folder.file("folder"));
+        setText(h, "kept");
+        for (const char* name : {"missing/a.bin", "folder"})
+            EXPECT_EQ(save(h, name), serializationError) << name;
+        EXPECT_EQ(folder.names(), std::vector<std::string>{"folder"});
+        EXPECT_EQ(textOf(h), "'kept'");
+        EXPECT_EQ(save(h), "");
+        EXPECT_EQ(load(h), "");
+    });
+}
+
+TEST_F(Documents, OfAnotherClassAreNotLoadedFromStreams) {
+    const Array one = start<sample::StreamDocument>("Sample.StreamDocument.1");
+    const Array other = start<sample::StreamInitDocument>("Sample.StreamInitDocument.1");
+    setText(one, "one");
+    setText(other, "other");
+    EXPECT_EQ(save(one), "");
+    EXPECT_EQ(load(other), serializationError);
+    EXPECT_EQ(textOf(other), "'other'");
+}
+
+class Persisting : public SaveLoadTest {
+  protected:
+    ~Persisting() override { script = {}; }
+
+    Array h = start<PersistingServer>("Test.Persisting");
+    PersistingServer::Script& script = PersistingServer::script;
+
+    std::string callsOf(const std::function<void()>& action) {
+        script.calls.clear();
+        action();
+        return script.calls;
+    }
+    bool isUsable() { return get(h, text("Value")) == "42"; }
+};
+
+TEST_F(Persisting, GoesThroughTheFirstInterfaceThatIsOfferedOnly) {
+    struct Row {
+        std::vector<IID> offered;
+        const char* saving;
+        const char* loading;
+    };
+    const Row rows[] = {
+        {{IID_IPersistStream, IID_IPersistStorage, IID_IPersistFile}, "File.Save ", "File.Load "},
+        {{IID_IPersistStreamInit, IID_IPersistStorage},
+         "GetClassID Storage.Save Completed ",
+         "Storage.Load HandsOff "},
+        {{IID_IPersistStreamInit}, "GetClassID Stream.Save ", "GetClassID Stream.Load "},
+        {{IID_IPersistStream}, "GetClassID Stream.Save ", "GetClassID Stream.Load "},
+        {{}, "", ""},
+    };
+    for (const Row& row : rows) {
+        script.offered = row.offered;
+        EXPECT_EQ(callsOf([&] { EXPECT_EQ(save(h), ""); }), row.saving);
+        EXPECT_EQ(callsOf([&] { EXPECT_EQ(load(h), ""); }), row.loading);
+    }
+    script.offered = {};
+    EXPECT_EQ(save(h, "none.bin"), "");
+    EXPECT_FALSE(std::filesystem::exists(folder.file("none.bin")));
+}
+
+TEST_F(Persisting, CountsEveryResultButZeroAsAFailureAndOneOfThemAsSuccess) {
+    struct Row {
+        IID offered;
+        const char* call;
+        HRESULT result;
+        bool isLoad;
+        bool isError;
+        const char* calls;
+    };
+    const Row rows[] = {
+        {IID_IPersistFile, "File.Save", S_FALSE, false, true, "File.Save "},
+        {IID_IPersistFile, "File.Save", E_INVALIDARG, false, true, "File.Save "},
+        {IID_IPersistFile, "File.Load", E_FAIL, true, true, "File.Load "},
+        {IID_IPersistStorage, "Storage.Save", S_FALSE, false, true, "GetClassID Storage.Save "},
+        {IID_IPersistStorage, "Storage.Save", E_FAIL, false, true, "GetClassID Storage.Save "},
+        {IID_IPersistStorage, "Storage.Save", E_INVALIDARG, false, false,
+         "GetClassID Storage.Save "},
+        {IID_IPersistStorage, "Completed", E_FAIL, false, true,
+         "GetClassID Storage.Save Completed "},
+        {IID_IPersistStorage, "Completed", E_INVALIDARG, false, false,
+         "GetClassID Storage.Save Completed "},
+        {IID_IPersistStorage, "Storage.Load", E_INVALIDARG, true, false, "Storage.Load "},
+        {IID_IPersistStorage, "Storage.Load", E_FAIL, true, true, "Storage.Load "},
+        {IID_IPersistStorage, "Storage.Load", S_FALSE, true, false, "Storage.Load HandsOff "},
+        {IID_IPersistStorage, "HandsOff", S_FALSE, true, true, "Storage.Load HandsOff "},
+        {IID_IPersistStream, "Stream.Save", S_FALSE, false, true, "GetClassID Stream.Save "},
+        {IID_IPersistStreamInit, "Stream.Save", S_FALSE, false, true, "GetClassID Stream.Save "},
+        {IID_IPersistStream, "GetClassID", E_NOTIMPL, false, true, "GetClassID "},
+        {IID_IPersistStreamInit, "GetClassID", E_NOTIMPL, false, true, "GetClassID "},
+        {IID_IPersistStream, "Stream.Load", E_INVALIDARG, true, true, "GetClassID Stream.Load "},
+        {IID_IPersistStream, "Stream.Load", S_FALSE, true, true, "GetClassID Stream.Load "},
+    };
+    for (const Row& row : rows) {
+        script.results.clear();
+        script.offered = {row.offered};
+        ASSERT_EQ(save(h), "");
+        script.results = {{row.call, row.result}};
+        const auto act = [&] {
+            EXPECT_EQ(row.isLoad ? load(h) : save(h), row.isError ? serializationError : "")
+                << row.call << ' ' << row.result;
+        };
+        EXPECT_EQ(callsOf(act), row.calls) << row.call << ' ' << row.result;
+        EXPECT_TRUE(isUsable());
+    }
+}
+
+TEST_F(Persisting, IsRefusedByTheFileWhateverTheCodeIs) {
+    script.offered = {IID_IPersistStorage};
+    EXPECT_EQ(callsOf([&] { EXPECT_EQ(load(h, "missing.bin"), serializationError); }), "");
+    EXPECT_EQ(callsOf([&] { EXPECT_EQ(save(h, "missing/a.bin"), serializationError); }), "");
+    EXPECT_EQ(callsOf([&] { EXPECT_EQ(errorIn(h, "save", text("")), serializationError); }), "");
+}
+
+// A server that stops in the middle of what it writes or reads, in every way there is.
+TEST_F(Persisting, LeavesTheOldFileAndNoLockWhenItFailsInTheMiddle) {
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"an error", [] {}},
+        {"a fault", [] { sample::writeThroughNull(); }},
+        {"an exception", [] { sample::throwException(); }},
+    };
+    for (const IID& iid : {IID_IPersistStorage, IID_IPersistStreamInit, IID_IPersistStream})
+        for (const auto& [name, end] : ends) {
+            SCOPED_TRACE(name);
+            script = {};
+            script.offered = {iid};
+            EXPECT_EQ(save(h), "");
+            const std::string before = folder.read("a.bin");
+            // What the server holds when it fails stays held.
+            ComPtr<IStream> stream;
+            ComPtr<IStorage> storage;
+            script.results = {{"Storage.Save", E_FAIL},
+                              {"Storage.Load", E_FAIL},
+                              {"Stream.Save", E_FAIL},
+                              {"Stream.Load", E_FAIL}};
+            script.withStorage = [&, &fail = end](IStorage* given) {
+                storage = ComPtr<IStorage>::borrow(given);
+                given->CreateStream(OLESTR("half"), writing, 0, 0, stream.put());
+                if (stream) stream->Write("half", 4, nullptr);
+                fail();
+            };
+            script.withStream = [&, &fail = end](IStream* given) {
+                stream = ComPtr<IStream>::borrow(given);
+                stream->Write("half", 4, nullptr);
+                fail();
+            };
+            EXPECT_EQ(save(h), serializationError);
+            EXPECT_EQ(folder.read("a.bin"), before);
+            EXPECT_EQ(load(h), serializationError);
+            EXPECT_EQ(folder.read("a.bin"), before);
+            EXPECT_TRUE(isUsable());
+
+            script = {};
+            script.offered = {iid};
+            EXPECT_EQ(save(h), "");
+            EXPECT_EQ(load(h), "");
+            EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
+        }
+}
+
+TEST_F(Persisting, FindsWhatItKeepsBeyondTheCallTakenBack) {
+    script.offered = {IID_IPersistStorage};
+    ComPtr<IStorage> storage;
+    ComPtr<IStream> stream;
+    script.withStorage = [&](IStorage* given) {
+        storage = ComPtr<IStorage>::borrow(given);
+        EXPECT_EQ(given->CreateStream(OLESTR("s"), writing, 0, 0, stream.put()), S_OK);
+        EXPECT_EQ(stream->Write("text", 4, nullptr), S_OK);
+    };
+    EXPECT_EQ(save(h), "");
+    ULONG count = 0;
+    EXPECT_EQ(stream->Write("x", 1, &count), STG_E_REVERTED);
+    STATSTG stat{};
+    EXPECT_EQ(storage->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
+    EXPECT_EQ(storage->SetClass(CLSID{}), STG_E_REVERTED);
+    EXPECT_EQ(storage->Commit(STGC_DEFAULT), STG_E_REVERTED);
+
+    script.withStorage = [&](IStorage* given) {
+        storage = ComPtr<IStorage>::borrow(given);
+        EXPECT_EQ(given->OpenStream(OLESTR("s"), nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0,
+                                    stream.put()),
+                  S_OK);
+        char bytes[4] = {};
+        EXPECT_EQ(stream->Read(bytes, 4, &count), S_OK);
+        EXPECT_EQ(std::string(bytes, count), "text");
+        CLSID clsid{};
+        EXPECT_EQ(ReadClassStg(given, &clsid), S_OK);
+        EXPECT_TRUE(IsEqualCLSID(clsid, PersistingServer::definition().parts().coclass.clsid));
+    };
+    EXPECT_EQ(load(h), "");
+    EXPECT_EQ(storage->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
+    EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
+}
+
+TEST_F(Persisting, OfADeletedObjectIsRefused) {
+    ask(0, h, "delete");
+    EXPECT_EQ(save(h), invalidHandle);
+    EXPECT_EQ(load(h), invalidHandle);
+}
+
+} // namespace

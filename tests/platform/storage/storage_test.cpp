@@ -1,0 +1,291 @@
+// Compound files as the documentation of the COM platform has them.
+#include "storage_fixture.h"
+
+namespace storage_test {
+namespace {
+
+TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
+    const std::string large(9'000'000, 'L');
+    const std::string medium(5000, 'M');
+    const std::string name = "\xC3\xBC\xE6\xBC\xA2.bin"; // beyond ASCII
+    {
+        const auto root = create(name);
+        EXPECT_EQ(WriteClassStg(root.get(), someClass), S_OK);
+        writeStream(root.get(), OLESTR("Large"), large);
+        writeStream(root.get(), OLESTR("Empty"), "");
+        writeStream(root.get(), OLESTR("\u00FC\u6F22"), "name");
+        const auto inner = createStorage(root.get(), OLESTR("Inner"));
+        EXPECT_EQ(inner->SetClass(someClass), S_OK);
+        writeStream(inner.get(), OLESTR("Medium"), medium);
+        writeStream(createStorage(inner.get(), OLESTR("Innermost")).get(), OLESTR("x"), "deep");
+        EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
+    }
+    const auto root = open(name);
+    ASSERT_TRUE(root);
+    EXPECT_EQ(listing(root.get()), "\xC3\xBC\xE6\xBC\xA2"
+                                   "4 Empty0 Inner Large9000000");
+    EXPECT_EQ(readStream(root.get(), OLESTR("large")), large);
+    EXPECT_EQ(readStream(root.get(), OLESTR("Empty")), "");
+    CLSID clsid{};
+    EXPECT_EQ(ReadClassStg(root.get(), &clsid), S_OK);
+    EXPECT_EQ(clsid, someClass);
+    ComPtr<IStorage> inner;
+    ASSERT_EQ(root->OpenStorage(OLESTR("Inner"), nullptr, reading, nullptr, 0, inner.put()), S_OK);
+    clsid = {};
+    EXPECT_EQ(ReadClassStg(inner.get(), &clsid), S_OK);
+    EXPECT_EQ(clsid, someClass);
+    EXPECT_EQ(readStream(inner.get(), OLESTR("Medium")), medium);
+    ComPtr<IStorage> innermost;
+    ASSERT_EQ(
+        inner->OpenStorage(OLESTR("Innermost"), nullptr, reading, nullptr, 0, innermost.put()),
+        S_OK);
+    EXPECT_EQ(readStream(innermost.get(), OLESTR("x")), "deep");
+}
+
+TEST_F(StorageTest, ATransactionIsKeptByCommitAlone) {
+    makeFile("a.bin", "old");
+    {
+        const auto root = open("a.bin", changing);
+        writeStream(root.get(), OLESTR("s"), "new");
+        EXPECT_EQ(readStream(root.get(), OLESTR("s")), "new");
+    }
+    EXPECT_EQ(readStream(open().get(), OLESTR("s")), "old");
+    {
+        const auto root = open("a.bin", changing);
+        writeStream(root.get(), OLESTR("s"), "new");
+        EXPECT_EQ(root->Revert(), S_OK);
+        EXPECT_EQ(readStream(root.get(), OLESTR("s")), "old");
+        writeStream(root.get(), OLESTR("s"), "newer");
+        EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
+        EXPECT_EQ(root->DestroyElement(OLESTR("s")), S_OK);
+    }
+    EXPECT_EQ(readStream(open().get(), OLESTR("s")), "newer");
+}
+
+TEST_F(StorageTest, AnInnerTransactionReachesItsParentByCommit) {
+    const auto root = create();
+    {
+        const auto lost = createStorage(root.get(), OLESTR("d"), changing);
+        writeStream(lost.get(), OLESTR("s"), "lost");
+    }
+    ComPtr<IStorage> inner;
+    ASSERT_EQ(root->OpenStorage(OLESTR("d"), nullptr, changing, nullptr, 0, inner.put()), S_OK);
+    EXPECT_EQ(listing(inner.get()), "");
+    writeStream(inner.get(), OLESTR("s"), "kept");
+    EXPECT_EQ(inner->Commit(STGC_DEFAULT), S_OK);
+    inner.reset();
+    EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
+    ASSERT_EQ(root->OpenStorage(OLESTR("d"), nullptr, exclusive, nullptr, 0, inner.put()), S_OK);
+    EXPECT_EQ(readStream(inner.get(), OLESTR("s")), "kept");
+}
+
+TEST_F(StorageTest, WithoutTransactionsTheLastReleaseKeepsEverything) {
+    create("a.bin", STGM_CREATE | exclusive).reset();
+    writeStream(open("a.bin", exclusive).get(), OLESTR("s"), "direct");
+    EXPECT_EQ(readStream(open().get(), OLESTR("s")), "direct");
+}
+
+TEST_F(StorageTest, CreatingReplacesOnRequestOnly) {
+    makeFile("a.bin", "old");
+    ComPtr<IStorage> storage;
+    EXPECT_EQ(StgCreateDocfile(folder.path("a.bin").c_str(), changing, 0, storage.put()),
+              STG_E_FILEALREADYEXISTS);
+    const auto root = create();
+    EXPECT_EQ(listing(root.get()), "");
+    EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
+}
+
+TEST_F(StorageTest, SaysWhyAFileCannotBeOpened) {
+    std::filesystem::create_directory(folder.file("folder"));
+    folder.write("empty.bin", "");
+    folder.write("text.bin", std::string(5000, 't'));
+    makeFile("good.bin", std::string(5000, 'g'));
+    folder.write("short.bin", folder.read("good.bin").substr(0, 1000));
+
+    EXPECT_EQ(openResult("missing.bin"), STG_E_FILENOTFOUND);
+    EXPECT_EQ(openResult("missing/a.bin"), STG_E_PATHNOTFOUND);
+    EXPECT_EQ(openResult("folder"), STG_E_ACCESSDENIED);
+    EXPECT_EQ(openResult("empty.bin"), STG_E_FILEALREADYEXISTS);
+    EXPECT_EQ(openResult("text.bin"), STG_E_FILEALREADYEXISTS);
+    EXPECT_TRUE(FAILED(openResult("short.bin")));
+    EXPECT_EQ(openResult("good.bin"), S_OK);
+
+    ComPtr<IStorage> storage;
+    const OleString nowhere = folder.path("missing/a.bin");
+    EXPECT_TRUE(FAILED(StgCreateDocfile(nowhere.c_str(), saving, 0, storage.put())));
+    EXPECT_TRUE(FAILED(StgCreateDocfile(folder.path("folder").c_str(), saving, 0, storage.put())));
+    EXPECT_FALSE(storage);
+}
+
+TEST_F(StorageTest, RefusesModesWithoutMeaning) {
+    makeFile("a.bin", "s");
+    for (const DWORD mode : {DWORD{exclusive | STGM_WRITE}, DWORD{0x70}, DWORD{STGM_READ},
+                             DWORD{STGM_READWRITE | STGM_SHARE_DENY_WRITE},
+                             DWORD{loading | STGM_CREATE}, DWORD{loading | 0x80}})
+        EXPECT_EQ(openResult("a.bin", mode), STG_E_INVALIDFLAG) << std::hex << mode;
+    EXPECT_EQ(StgOpenStorage(folder.path("a.bin").c_str(), nullptr, loading, nullptr, 0, nullptr),
+              STG_E_INVALIDPOINTER);
+    ComPtr<IStorage> storage;
+    EXPECT_EQ(StgOpenStorage(nullptr, nullptr, loading, nullptr, 0, storage.put()),
+              STG_E_INVALIDNAME);
+
+    const auto root = create();
+    ComPtr<IStream> stream;
+    EXPECT_EQ(root->CreateStream(OLESTR("x"), STGM_READWRITE, 0, 0, stream.put()),
+              STG_E_INVALIDFLAG);
+    EXPECT_TRUE(FAILED(root->CreateStream(OLESTR("x"), changing, 0, 0, stream.put())));
+    EXPECT_EQ(listing(root.get()), "");
+}
+
+TEST_F(StorageTest, RefusesNamesThatNoElementCanHave) {
+    const auto root = create();
+    ComPtr<IStream> stream;
+    for (const OLECHAR* name : {OLESTR(""), OLESTR("a/b"), OLESTR("a\\b"), OLESTR("a:b"),
+                                OLESTR("a!b"), OLESTR("12345678901234567890123456789012")})
+        EXPECT_EQ(root->CreateStream(name, exclusive, 0, 0, stream.put()), STG_E_INVALIDNAME);
+    EXPECT_EQ(listing(root.get()), "");
+}
+
+TEST_F(StorageTest, AFileIsSharedAsItsOpenersSay) {
+    makeFile("a.bin", "s");
+    {
+        const auto one = open("a.bin");
+        EXPECT_EQ(readStream(open("a.bin").get(), OLESTR("s")), "s");
+        EXPECT_TRUE(FAILED(openResult("a.bin", changing)));
+    }
+    {
+        const auto one = open("a.bin", changing);
+        EXPECT_TRUE(FAILED(openResult("a.bin")));
+    }
+    EXPECT_EQ(openResult("a.bin", changing), S_OK);
+    EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
+}
+
+TEST_F(StorageTest, AStreamThatIsKeptBeyondItsStorageIsReverted) {
+    auto root = create();
+    auto inner = createStorage(root.get(), OLESTR("d"));
+    const auto stream = createStream(inner.get(), OLESTR("s"));
+    const auto other = createStream(root.get(), OLESTR("s"));
+    ULONG count = 0;
+    inner.reset();
+    EXPECT_EQ(stream->Write("x", 1, &count), STG_E_REVERTED);
+    EXPECT_EQ(other->Write("x", 1, &count), S_OK);
+    EXPECT_EQ(root->Revert(), S_OK);
+    EXPECT_EQ(other->Write("x", 1, &count), STG_E_REVERTED);
+    root.reset();
+    char byte = 0;
+    EXPECT_EQ(stream->Read(&byte, 1, &count), STG_E_REVERTED);
+    STATSTG stat{};
+    EXPECT_EQ(other->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
+}
+
+TEST_F(StorageTest, AStorageThatIsKeptBeyondItsParentIsReverted) {
+    auto root = create();
+    const auto inner = createStorage(root.get(), OLESTR("d"));
+    root.reset();
+    STATSTG stat{};
+    EXPECT_EQ(inner->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
+    ComPtr<IStream> other;
+    EXPECT_EQ(inner->CreateStream(OLESTR("x"), exclusive, 0, 0, other.put()), STG_E_REVERTED);
+    EXPECT_EQ(inner->DestroyElement(OLESTR("x")), STG_E_REVERTED);
+}
+
+TEST_F(StorageTest, ElementsAreFoundReplacedRenamedAndDestroyed) {
+    const auto root = create();
+    writeStream(root.get(), OLESTR("bb"), "1");
+    writeStream(root.get(), OLESTR("A"), "22");
+    createStorage(root.get(), OLESTR("dir"));
+    EXPECT_EQ(listing(root.get()), "A2 bb1 dir");
+
+    ComPtr<IStream> stream;
+    ComPtr<IStorage> storage;
+    EXPECT_EQ(root->CreateStream(OLESTR("a"), exclusive, 0, 0, stream.put()),
+              STG_E_FILEALREADYEXISTS);
+    EXPECT_EQ(root->OpenStream(OLESTR("none"), nullptr, exclusive, 0, stream.put()),
+              STG_E_FILENOTFOUND);
+    EXPECT_EQ(root->OpenStream(OLESTR("dir"), nullptr, exclusive, 0, stream.put()),
+              STG_E_FILENOTFOUND);
+    EXPECT_EQ(root->OpenStorage(OLESTR("A"), nullptr, exclusive, nullptr, 0, storage.put()),
+              STG_E_FILENOTFOUND);
+
+    ASSERT_EQ(root->OpenStream(OLESTR("A"), nullptr, exclusive, 0, stream.put()), S_OK);
+    ComPtr<IStream> second;
+    EXPECT_EQ(root->OpenStream(OLESTR("A"), nullptr, exclusive, 0, second.put()),
+              STG_E_ACCESSDENIED);
+    stream.reset();
+
+    EXPECT_EQ(root->RenameElement(OLESTR("A"), OLESTR("bb")), STG_E_FILEALREADYEXISTS);
+    EXPECT_EQ(root->RenameElement(OLESTR("none"), OLESTR("x")), STG_E_FILENOTFOUND);
+    EXPECT_EQ(root->RenameElement(OLESTR("A"), OLESTR("renamed")), S_OK);
+    EXPECT_EQ(root->DestroyElement(OLESTR("dir")), S_OK);
+    EXPECT_EQ(root->DestroyElement(OLESTR("dir")), STG_E_FILENOTFOUND);
+    EXPECT_EQ(listing(root.get()), "bb1 renamed2");
+}
+
+TEST_F(StorageTest, AStorageOpenedForReadingCannotBeChanged) {
+    makeFile("a.bin", "s");
+    const auto root = open("a.bin", STGM_READ | STGM_SHARE_DENY_WRITE);
+    ComPtr<IStream> stream;
+    EXPECT_EQ(root->OpenStream(OLESTR("s"), nullptr, exclusive, 0, stream.put()),
+              STG_E_ACCESSDENIED);
+    EXPECT_EQ(root->CreateStream(OLESTR("x"), exclusive, 0, 0, stream.put()), STG_E_ACCESSDENIED);
+    EXPECT_EQ(root->DestroyElement(OLESTR("s")), STG_E_ACCESSDENIED);
+    EXPECT_EQ(root->SetClass(someClass), STG_E_ACCESSDENIED);
+    ASSERT_EQ(root->OpenStream(OLESTR("s"), nullptr, reading, 0, stream.put()), S_OK);
+    ULONG count = 0;
+    EXPECT_EQ(stream->Write("x", 1, &count), STG_E_ACCESSDENIED);
+    EXPECT_EQ(stream->SetSize(size(0)), STG_E_ACCESSDENIED);
+}
+
+TEST_F(StorageTest, ATransactionForReadingIsChangedAndNotCommitted) {
+    makeFile("a.bin", "old");
+    const auto root = open();
+    writeStream(root.get(), OLESTR("s"), "new");
+    EXPECT_EQ(readStream(root.get(), OLESTR("s")), "new");
+    EXPECT_EQ(root->Commit(STGC_DEFAULT), STG_E_ACCESSDENIED);
+    EXPECT_EQ(readStream(open().get(), OLESTR("s")), "old");
+}
+
+TEST_F(StorageTest, CopiesIntoAnotherWithoutWhatIsExcluded) {
+    const auto source = create("source.bin");
+    const auto target = create("target.bin");
+    EXPECT_EQ(source->SetClass(someClass), S_OK);
+    writeStream(source.get(), OLESTR("s"), "new");
+    writeStream(source.get(), OLESTR("left"), "out");
+    writeStream(createStorage(source.get(), OLESTR("d")).get(), OLESTR("x"), "inner");
+    writeStream(target.get(), OLESTR("s"), "old content");
+    writeStream(createStorage(target.get(), OLESTR("d")).get(), OLESTR("y"), "other");
+
+    OleString left = OLESTR("left");
+    LPOLESTR excluded[] = {left.data(), nullptr};
+    EXPECT_EQ(source->CopyTo(0, nullptr, excluded, target.get()), S_OK);
+    EXPECT_EQ(listing(target.get()), "d s3");
+    ComPtr<IStorage> inner;
+    ASSERT_EQ(target->OpenStorage(OLESTR("d"), nullptr, exclusive, nullptr, 0, inner.put()), S_OK);
+    EXPECT_EQ(listing(inner.get()), "x5 y5");
+    CLSID clsid{};
+    EXPECT_EQ(ReadClassStg(target.get(), &clsid), S_OK);
+    EXPECT_EQ(clsid, someClass);
+    EXPECT_TRUE(FAILED(source->CopyTo(0, nullptr, nullptr, nullptr)));
+}
+
+TEST_F(StorageTest, EnumeratesInPiecesFromTheStateAtTheTime) {
+    const auto root = create();
+    for (const OLECHAR* name : {OLESTR("a"), OLESTR("b"), OLESTR("c")})
+        writeStream(root.get(), name, "1");
+    ComPtr<IEnumSTATSTG> elements;
+    ASSERT_EQ(root->EnumElements(0, nullptr, 0, elements.put()), S_OK);
+    std::array<STATSTG, 3> stats{};
+    ULONG fetched = 0;
+    EXPECT_EQ(elements->Skip(1), S_OK);
+    EXPECT_EQ(elements->Next(3, stats.data(), &fetched), S_FALSE);
+    ASSERT_EQ(fetched, 2u);
+    EXPECT_EQ(OleString(stats[0].pwcsName), OLESTR("b"));
+    for (ULONG i = 0; i < fetched; ++i)
+        CoTaskMemFree(stats[i].pwcsName);
+    EXPECT_EQ(elements->Reset(), S_OK);
+    EXPECT_EQ(elements->Skip(4), S_FALSE);
+}
+
+} // namespace
+} // namespace storage_test
