@@ -7,6 +7,9 @@ target_compile_options(axlink2_options INTERFACE -Wall -Wextra -Wpedantic -Wconv
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # g++ 12 takes joined std::strings for overlapping copies.
     target_compile_options(axlink2_options INTERFACE -Wno-restrict)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # COM's own structures are made this way.
+    target_compile_options(axlink2_options INTERFACE -Wno-nested-anon-types)
 endif()
 
 if(WIN32)
@@ -25,6 +28,17 @@ if(AXLINK2_SANITIZE)
         axlink2_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                   -fno-omit-frame-pointer)
     target_link_options(axlink2_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+option(AXLINK2_FUZZ "Build the fuzzers of tests/fuzz, with clang" OFF)
+if(AXLINK2_FUZZ)
+    target_compile_options(axlink2_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+option(AXLINK2_COVERAGE "Count the lines and branches that the tests reach, with g++" OFF)
+if(AXLINK2_COVERAGE)
+    target_compile_options(axlink2_options INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(axlink2_options INTERFACE --coverage)
 endif()
 
 # axlink2_room(NAME SOURCES... [LINK targets...]): one room of the module, compiled once.
@@ -63,5 +77,21 @@ function(axlink2_test name)
         set(arguments --gtest_filter=-${differences})
     endif()
     add_test(NAME ${name} COMMAND ${name} ${arguments})
+    axlink2_under_wine(${name})
+endfunction()
+
+# axlink2_script_test(NAME SCRIPT EXPECTED [OPTIONS...]): velsh with these options must print for the
+# script what the file EXPECTED holds.
+function(axlink2_script_test name script expected)
+    set(emulator)
+    if(CMAKE_CROSSCOMPILING)
+        set(emulator ${CMAKE_CROSSCOMPILING_EMULATOR})
+    endif()
+    add_test(
+        NAME ${name}
+        COMMAND
+            ${CMAKE_COMMAND} "-DCOMMAND=${emulator};$<TARGET_FILE:velsh>;${ARGN}"
+            "-DSCRIPT=${script}" -DEXPECTED=${expected} -P
+            ${CMAKE_SOURCE_DIR}/tests/script_test.cmake)
     axlink2_under_wine(${name})
 endfunction()

@@ -1,8 +1,8 @@
 // Type information that fails or lies gives a smaller description: never a crash, never a leak.
 #include "comruntime/description_text.h"
-#include "comruntime/faulty_type_info.h"
 #include "comruntime/probe.h"
 #include "support/alive_check.h"
+#include "support/faulty/server.h"
 
 #include <algorithm>
 

@@ -73,6 +73,9 @@ TEST(LibraryName, OfNothingIsEmpty) {
     EXPECT_EQ(major, unwritten);
     test::registerKeys("[HKEY_CLASSES_ROOT\\TypeLib\\" + library(7) + "\\1.0]\r\n\r\n");
     EXPECT_EQ(typeLibraryName(toOle(library(7)), OLESTR("1"), OLESTR("0")).length(), 0u);
+    test::registerKeys("[HKEY_CLASSES_ROOT\\TypeLib\\" + library(7) +
+                       "\\2.0]\r\n@=dword:00420041\r\n\r\n");
+    EXPECT_EQ(typeLibraryName(toOle(library(7)), OLESTR("2"), OLESTR("0")).length(), 0u);
 }
 
 TEST(LibraryName, RefusesNumbersBeyond32Bits) {

@@ -172,9 +172,7 @@ TEST_F(TypeDescription, KeepsConstantsOfOtherWidthsThatFit) {
 TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
     auto base =
         Probe::Builder::interface_("IBase", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C03"));
-    base.raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing)
-        .raw({.name = "BaseOnly", .dispid = -7}, Probe::nothing)
-        .raw({.name = "Same", .dispid = 9}, Probe::nothing);
+    base.raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing);
     Probe::Builder builder = Probe::builder();
     builder.inherits(base)
         .variable("Flag", &Probe::flag)
@@ -185,20 +183,37 @@ TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
         .variable("Hidden", &Probe::number)
         .dispid(4)
         .hidden()
-        .raw({.name = "Mine", .dispid = 5, .result = VT_R8}, Probe::nothing)
         .raw({.name = "_Secret", .dispid = 6}, Probe::nothing)
-        .raw({.name = "Same", .dispid = 8, .kind = INVOKE_PROPERTYGET, .result = VT_I2},
+        .raw({.name = "Half", .dispid = 8, .kind = INVOKE_PROPERTYGET, .result = VT_I2},
              Probe::nothing)
         .raw({.name = "Unknown", .dispid = 10}, Probe::nothing)
         .unknownByName();
     const auto description = describe(*builder.build());
     ASSERT_NE(description, nullptr);
-    // A base's signature replaces the derived one's, under the name that came first.
-    EXPECT_EQ(textOf(description->members), "-7 BaseOnly method()->vt24\n"
-                                            "2 Flag get()->vt2 put()->vt0\n"
+    EXPECT_EQ(textOf(description->members), "2 Flag get()->vt2 put()->vt0\n"
                                             "3 Number get()->vt3\n"
+                                            "5 Shared method()->vt3\n"
+                                            "8 Half get()->vt2\n");
+}
+
+// Only a dispinterface repeats what it inherits; the bases of others are walked.
+TEST_F(TypeDescription, TakesABasesSignatureUnderTheNameThatCameFirst) {
+    auto base =
+        Probe::Builder::interface_("IBase", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C03"));
+    base.interfaceKind(TKIND_INTERFACE)
+        .raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing)
+        .raw({.name = "BaseOnly", .dispid = -7}, Probe::nothing)
+        .raw({.name = "Same", .dispid = 9}, Probe::nothing);
+    Probe::Builder builder = Probe::builder();
+    builder.interfaceKind(TKIND_INTERFACE)
+        .inherits(base)
+        .raw({.name = "Mine", .dispid = 5, .result = VT_R8}, Probe::nothing)
+        .raw({.name = "Same", .dispid = 8}, Probe::nothing);
+    const auto description = describe(*builder.build());
+    ASSERT_NE(description, nullptr);
+    EXPECT_EQ(textOf(description->members), "-7 BaseOnly method()->vt24\n"
                                             "5 Mine method()->vt3\n"
-                                            "8 Same get()->vt2\n"
+                                            "8 Same method()->vt24\n"
                                             "9 Same method()->vt24\n");
 }
 
