@@ -20,6 +20,11 @@ struct Case {
 };
 
 std::vector<Case> callCases();
+std::vector<Case> arrayCases();
+std::vector<Case> builtinCases();
+std::vector<Case> eventCases();
 std::vector<Case> populationCases();
+// Those of a server that comes with the system; only on Windows.
+std::vector<Case> dictionaryCases();
 
 } // namespace axlink2::bench

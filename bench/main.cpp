@@ -1,11 +1,11 @@
 // Runs every case beside its raw work and prints the ratios.
 #include "bench/cases.h"
+#include "bench/report.h"
 #include "entry/entry.h"
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cstdio>
+#include <malloc.h>
 #include <map>
 
 namespace {
@@ -35,29 +35,18 @@ void add(const std::string& name, Work work, const Case& which) {
     if (which.most) registered->Iterations(static_cast<benchmark::IterationCount>(which.most / 5));
 }
 
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
-void print(const Case& which, const Collector& collector) {
-    const auto& raw = collector.times.at(which.name + "/raw");
-    const auto& ours = collector.times.at(which.name + "/ours");
-    std::vector<double> ratios;
-    for (std::size_t i = 0; i < raw.size() && i < ours.size(); ++i)
-        ratios.push_back(ours[i] / raw[i]);
-    const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
-    std::printf("%-36s %12.1f %12.1f %8.2f  (%.2f to %.2f, limit %.1f)\n", which.name.c_str(),
-                median(raw), median(ours), median(ratios), *least, *most, which.limit);
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
+    // Freed memory stays with the program: giving large blocks back to the system and asking for
+    // them again would be most of what the cases with much data measure.
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, -1);
     RegisterAxlink2();
     std::vector<Case> cases = callCases();
-    for (Case& more : populationCases())
-        cases.push_back(std::move(more));
+    for (auto listed : {arrayCases, builtinCases, eventCases, populationCases})
+        for (Case& more : listed())
+            cases.push_back(std::move(more));
 
     benchmark::Initialize(&argc, argv);
     for (const Case& which : cases) {
@@ -67,10 +56,9 @@ int main(int argc, char** argv) {
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
 
-    std::printf("%-36s %12s %12s %8s\n", "", "raw, ns", "ours, ns", "ratio");
+    printHeading();
     for (const Case& which : cases)
-        if (collector.times.contains(which.name + "/raw") &&
-            collector.times.contains(which.name + "/ours"))
-            print(which, collector);
+        printRow(which, collector.times[which.name + "/raw"],
+                 collector.times[which.name + "/ours"]);
     return 0;
 }

@@ -1,23 +1,25 @@
 #!/usr/bin/env bash
 # Cross-builds everything for Windows, runs the tests under Wine, and leaves axlink2-windows-x64.zip.
-# With --no-tests only builds.
+# With --no-tests only builds, which needs no Wine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install.sh
-scripts/install.sh scripts/packages-windows.txt
 preset=windows-release
 build=build/$preset
+packages=scripts/packages-windows.txt
+
+scripts/install.sh
+if [ "${1:-}" = --no-tests ]; then
+    scripts/install.sh <(grep -v '^wine' "$packages")
+elif ! scripts/install.sh "$packages" || ! command -v wine >/dev/null; then
+    echo "The tests need Wine; without them: scripts/windows.sh --no-tests" >&2
+    exit 1
+fi
+
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
-
 if [ "${1:-}" != --no-tests ]; then
-    if command -v wine >/dev/null; then
-        ctest --preset "$preset"
-    else
-        echo "The tests need Wine; as root: apt-get install wine wine64" >&2
-        exit 1
-    fi
+    ctest --preset "$preset"
 fi
 
 folder=axlink2-windows-x64

@@ -59,8 +59,10 @@ bool runSession(const Options& options, bool hasCode) {
     for (const auto& file : options.files)
         if (!session.runFile(pathOf(file))) return false;
     if (hasCode || !options.files.empty()) return true;
-    const auto reader = velsh::makeLineReader(
-        [&](const std::string& word) { return velsh::complete(session.variables(), word); });
+    const auto reader =
+        velsh::makeLineReader([&](const std::string& before, const std::string& word) {
+            return velsh::complete(session.variables(), before, word);
+        });
     return velsh::runConsole(session, *reader);
 }
 

@@ -20,8 +20,9 @@ class LineReader {
     virtual void remember(const std::string& entry) = 0;
 };
 
-// The whole words that a word can become.
-using Completer = std::function<std::vector<std::string>(const std::string& word)>;
+// The whole words that a word can become, which stands behind `before` on its line.
+using Completer =
+    std::function<std::vector<std::string>(const std::string& before, const std::string& word)>;
 
 // Reads standard input: with editing, history and completion where the system has them. One reader
 // exists at a time.

@@ -15,6 +15,7 @@ constexpr int historyLength = 1000;
 
 // The library calls back without a place for data.
 Completer activeCompleter;
+std::string before; // on the line in front of the word
 
 std::filesystem::path historyFile() {
     const char* state = std::getenv("XDG_STATE_HOME");
@@ -28,14 +29,15 @@ char* nextCandidate(const char* word, int state) {
     static std::vector<std::string> candidates;
     static std::size_t next = 0;
     if (state == 0) {
-        candidates = activeCompleter(word);
+        candidates = activeCompleter(before, word);
         next = 0;
     }
     return next < candidates.size() ? strdup(candidates[next++].c_str()) : nullptr;
 }
 
-char** completeWord(const char* word, int, int) {
+char** completeWord(const char* word, int start, int) {
     rl_attempted_completion_over = 1; // no file names
+    before.assign(rl_line_buffer, static_cast<std::size_t>(start));
     return rl_completion_matches(word, nextCandidate);
 }
 
@@ -45,7 +47,7 @@ class EditingReader : public LineReader {
         activeCompleter = std::move(completer);
         rl_readline_name = "velsh";
         rl_attempted_completion_function = completeWord;
-        rl_completer_word_break_characters = breaks_;
+        rl_completer_word_break_characters = const_cast<char*>(wordBreaks);
         rl_completion_append_character = '\0';
         using_history();
         stifle_history(historyLength);
@@ -75,7 +77,6 @@ class EditingReader : public LineReader {
     }
 
     std::filesystem::path file_ = historyFile();
-    char breaks_[32] = " \t\n()[]{},;=+-*/^<>&|~:@'\"";
 };
 
 } // namespace

@@ -5,6 +5,9 @@
 
 namespace velsh {
 
+// What ends a word that can be completed.
+inline constexpr char wordBreaks[] = " \t\n()[]{},;=+-*/^<>&|~:@'\"";
+
 // Whether standard input is a terminal.
 bool isTerminal();
 
