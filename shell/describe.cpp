@@ -1,7 +1,9 @@
-// What the class of a server looks like, in tables.
+// The class of a server, and an object, in tables.
 #include "shell/describe.h"
 
 #include "host/embedding.h"
+#include "host/object_array.h"
+#include "shell/class_tables.h"
 #include "shell/live_members.h"
 
 #include <algorithm>
@@ -11,27 +13,6 @@ namespace velsh {
 
 namespace {
 
-using Row = std::vector<std::string>;
-
-// A heading and its rows, columns aligned and two blanks apart; nothing without rows.
-std::string table(const std::string& heading, const std::vector<Row>& rows) {
-    if (rows.empty()) return {};
-    std::vector<std::size_t> widths;
-    for (const Row& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row[i].size());
-    }
-    std::string text = "\n" + heading + "\n";
-    for (const Row& row : rows) {
-        std::string line = " ";
-        for (std::size_t i = 0; i < row.size(); ++i)
-            line += " " + row[i] + std::string(widths[i] - row[i].size() + 1, ' ');
-        text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
-    }
-    return text;
-}
-
 // The fields of the struct that a built-in method gives, by name.
 class Listing {
   public:
@@ -40,7 +21,6 @@ class Listing {
         velmar::Arrays outputs = velmar::callMember(object, method, 1, {});
         if (!outputs.empty()) list_ = Value(std::move(outputs.front()));
     }
-    bool has(const std::string& name) const { return field(name) != nullptr; }
     std::string text(const std::string& name) const {
         const hxArray* value = field(name);
         return value && isText(value) ? narrowTextOf(value, "A description") : std::string();
@@ -74,18 +54,16 @@ std::string signatureWithoutObject(const hos::HOSMethodInfo& method) {
     return text;
 }
 
-std::string accessText(const hos::HOSPropInfo& property) {
-    const bool reads = property.getGetAccess() == 0, writes = property.getSetAccess() == 0;
-    return reads && writes ? "read-write" : reads ? "read" : writes ? "write" : "none";
-}
-
 // The enumerations among the types that members name.
 class Enumerations {
   public:
     void add(hos::id type) {
-        auto* found = hos::HOSDataTypePtrHelper::getObject(hos::HOSTypeRepository::getType(type));
-        auto* enumeration = dynamic_cast<hos::TypedEnumStringType*>(found);
-        if (enumeration && seen_.insert(type.str()).second) addRows(*enumeration);
+        if (!seen_.insert(type.str()).second) return;
+        std::string title = type.str();
+        for (const Constant& constant : constantsOf(type)) {
+            rows_.push_back({title, constant.name, std::to_string(constant.value)});
+            title.clear();
+        }
     }
     void addAll(const hos::HOSMethodInfo& method) {
         hos::Enumeration<hos::id> types;
@@ -97,30 +75,55 @@ class Enumerations {
     const std::vector<Row>& rows() const { return rows_; }
 
   private:
-    void addRows(const hos::TypedEnumStringType& enumeration) {
-        std::string title = enumeration.getName();
-        hos::Enumeration<hos::HOSValue> values = enumeration.getPossibleValues();
-        while (values.hasMoreElements()) {
-            const hos::HOSValue value = values.nextElement();
-            const char* name = enumeration.valueName(value);
-            rows_.push_back({title, name ? name : "", std::to_string(value.integer())});
-            title.clear();
-        }
-    }
     std::set<std::string> seen_;
     std::vector<Row> rows_;
 };
 
-std::string lineOfNames(const std::string& heading, const std::vector<std::string>& names) {
-    std::string text = "\n" + heading + "\n", line;
-    for (const std::string& name : names) {
-        if (line.size() + name.size() > 76) {
-            text += " " + line + "\n";
-            line.clear();
-        }
-        line += " " + name;
+std::vector<Row> eventRows(const hxArray* object, hos::HOSClass& objectClass) {
+    const Listing listing(object, "events");
+    std::vector<Row> rows;
+    for (const hos::HOSEventInfo* event : events(objectClass)) {
+        std::string signature = listing.text(event->getName());
+        if (signature.starts_with("void ")) signature.erase(0, 5);
+        rows.push_back({"EventID " + std::string(event->getDescription()),
+                        signature.empty() ? event->getName() : signature});
     }
-    return text + " " + line + "\n";
+    return rows;
+}
+
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+std::string shortened(const std::string& text) {
+    constexpr std::size_t longest = 46;
+    if (text.size() <= longest) return text;
+    std::size_t end = longest - 3;
+    while (end > 0 && (text[end] & 0xC0) == 0x80) // not within a character
+        --end;
+    return text.substr(0, end) + "...";
+}
+
+std::string currentValue(const hxArray* object, const hos::HOSPropInfo& property) {
+    if (property.getGetAccess() != 0) return {};
+    try {
+        const velmar::Arrays outputs = velmar::callMember(object, property.getName(), 1, {});
+        return shortened(outputs.empty() ? "" : velmar::fieldText(outputs.front().get()));
+    } catch (...) {
+        const std::string text = velmar::describeError(std::current_exception()).text;
+        return shortened("<" + firstLine(text) + ">");
+    }
+}
+
+Row propertyRow(const hxArray* object, const hos::HOSPropInfo& property) {
+    const std::string access = accessText(property);
+    return {property.getName(), currentValue(object, property), typeOf(property).getID().str(),
+            access == "read-write" ? "" : access + " only"};
+}
+
+std::vector<std::string> namesOf(const std::vector<hos::HOSEventInfo*>& events) {
+    std::vector<std::string> names;
+    for (const hos::HOSEventInfo* event : events)
+        names.emplace_back(event->getName());
+    return names;
 }
 
 } // namespace
@@ -129,37 +132,47 @@ std::string describeServer(const std::string& progId) {
     const Value name = charText(progId);
     velmar::Arrays outputs = velmar::call("actxserver", 1, {name.get()});
     const Value object(std::move(outputs.at(0)));
-    hos::HOSClass* const objectClass = classOf(object.get());
-    if (!objectClass) raise("wrongtype", "The server gave no object.");
+    if (!classOf(object.get())) raise("wrongtype", "The server gave no object.");
+    return describeClass(object.get());
+}
 
-    const Listing methodsOfServer(object.get(), "invoke"), eventsOfServer(object.get(), "events");
+std::string describeClass(const hxArray* object) {
+    hos::HOSClass& objectClass = *classOf(object);
+    const MethodsOfObject methods(object);
     Enumerations enumerations;
-    std::vector<Row> methodRows, propertyRows, eventRows;
-    std::vector<std::string> builtIns;
-    for (const hos::HOSMethodInfo* method : visibleMethods(*objectClass)) {
-        if (methodsOfServer.has(method->getName())) {
-            methodRows.push_back({signatureWithoutObject(*method), method->getDescription()});
-            enumerations.addAll(*method);
-        } else if (std::find(builtIns.begin(), builtIns.end(), method->getName()) == builtIns.end())
-            builtIns.emplace_back(method->getName());
+    std::vector<Row> methodRows, propertyRows;
+    for (const hos::HOSMethodInfo* method : methods.declared) {
+        methodRows.push_back({signatureWithoutObject(*method), method->getDescription()});
+        enumerations.addAll(*method);
     }
-    for (const hos::HOSPropInfo* property : properties(*objectClass)) {
-        hos::HOSDataTypePtr type;
-        property->getDataType(&type);
-        propertyRows.push_back({property->getName(), type.getID().str(), accessText(*property),
-                                property->getDescription()});
-        enumerations.add(type.getID());
+    for (const hos::HOSPropInfo* property : properties(objectClass)) {
+        const hos::id type = typeOf(*property).getID();
+        propertyRows.push_back(
+            {property->getName(), type.str(), accessText(*property), property->getDescription()});
+        enumerations.add(type);
     }
-    for (const hos::HOSEventInfo* event : events(*objectClass)) {
-        std::string signature = eventsOfServer.text(event->getName());
-        if (signature.starts_with("void ")) signature.erase(0, 5);
-        eventRows.push_back(
-            {signature.empty() ? event->getName() : signature, event->getDescription()});
-    }
-    std::sort(builtIns.begin(), builtIns.end());
-    return std::string(hxGetClassName(object.get())) + "\n" + table("Methods", methodRows) +
-           table("Properties", propertyRows) + table("Events", eventRows) +
-           table("Enumerations", enumerations.rows()) + lineOfNames("Built-in methods", builtIns);
+    return std::string(hxGetClassName(object)) + "\n" + table("Methods", methodRows) +
+           table("Properties", propertyRows) + table("Events", eventRows(object, objectClass)) +
+           table("Enumerations", enumerations.rows()) +
+           columnsOfNames("Built-in methods", methods.builtIn);
+}
+
+std::string describeObject(const hxArray* object) {
+    const velmar::QuietWarnings quiet; // a value that can't be had shows as such
+    hos::HOSClass& objectClass = *classOf(object);
+    std::vector<Row> rows;
+    for (const hos::HOSPropInfo* property : properties(objectClass))
+        rows.push_back(propertyRow(object, *property));
+    hos::HOSIterator added;
+    for (hoGetArrayElement(object, 0)->getDynamicProperties(&added); added.hasMoreElements();)
+        if (const auto* property = hos::hosiToProp(added.nextElement()))
+            rows.push_back(propertyRow(object, *property));
+    std::vector<std::string> methodNames;
+    for (const hos::HOSMethodInfo* method : MethodsOfObject(object).declared)
+        if (std::ranges::find(methodNames, method->getName()) == methodNames.end())
+            methodNames.emplace_back(method->getName());
+    return table("Properties", rows) + columnsOfNames("Methods", methodNames) +
+           columnsOfNames("Events", namesOf(events(objectClass)));
 }
 
 } // namespace velsh

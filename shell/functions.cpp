@@ -2,6 +2,7 @@
 #include "shell/functions.h"
 
 #include "host/embedding.h"
+#include "shell/describe.h"
 
 #include <algorithm>
 
@@ -36,6 +37,7 @@ void defineFunctions() {
         for (auto rows : allFunctions())
             for (const FunctionRow& row : rows)
                 velmar::defineFunction(row.name, adapt(row));
+        velmar::setClassDisplay(describeClass);
         return true;
     }();
     static_cast<void>(defined);

@@ -3,7 +3,9 @@
 
 #include "host/embedding.h"
 #include "host/output.h"
+#include "shell/describe.h"
 #include "shell/errors.h"
+#include "shell/live_members.h"
 #include "shell/subscripts.h"
 
 #include <boost/algorithm/string/trim.hpp>
@@ -19,11 +21,22 @@ void show(const std::string& name, const hxArray* value) {
         boost::trim_right_copy_if(velmar::displayText(value), [](char c) { return c == '\n'; });
     if (text.empty())
         print(name + " = ''\n"); // text without characters
-    else if (text.find('\n') == std::string::npos)
+    else if (text.find('\n') == std::string::npos && hxGetClassID(value) != hxSTRUCT_CLASS)
         print(name + " = " + boost::trim_left_copy(text) + "\n");
     else
         print(name + " =\n" + text + "\n");
 }
+
+namespace {
+
+// An object that is named alone: with what it has, not only what it is.
+void showObject(const std::string& name, const hxArray* object) {
+    show(name, object);
+    if (countOf(object) != 1) return;
+    print(describeObject(object) + "\nmethods(" + name + ") shows how they are called.\n");
+}
+
+} // namespace
 
 void Interpreter::run(const Block& program) {
     // At the outermost level there is no loop to leave.
@@ -48,7 +61,10 @@ Interpreter::Flow Interpreter::runNode(const Evaluate& node) {
     const auto* name = std::get_if<Name>(&node.value->node);
     const bool isVariable = name && variables_.count(name->name);
     for (Value& value : evaluator_.evaluateAll(*node.value, 0)) {
-        if (node.show) show(isVariable ? name->name : "ans", value.get());
+        if (node.show && isVariable && isObject(value.get()) && classOf(value.get()))
+            showObject(name->name, value.get());
+        else if (node.show)
+            show(isVariable ? name->name : "ans", value.get());
         if (!isVariable) variables_.insert_or_assign("ans", std::move(value));
     }
     return Flow::Next;

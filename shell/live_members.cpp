@@ -22,13 +22,11 @@ hos::HOSClass* classOf(const hxArray* object) {
     return handle && !handle->isDeleted() ? handle->getClass() : nullptr;
 }
 
-std::vector<hos::HOSMethodInfo*> visibleMethods(hos::HOSClass& objectClass) {
+std::vector<hos::HOSMethodInfo*> callableMethods(hos::HOSClass& objectClass) {
     hos::HOSIterator members;
     std::vector<hos::HOSMethodInfo*> methods =
         collect(*objectClass.getMethods(&members), hos::hosiToMethod);
-    std::erase_if(methods, [](auto* method) {
-        return !method->isVisible() || method->getMemberAccess() != 0;
-    });
+    std::erase_if(methods, [](auto* method) { return method->getMemberAccess() != 0; });
     return methods;
 }
 

@@ -11,8 +11,9 @@ namespace velsh {
 
 // The class of the first object; null when it has ended or there is none.
 hos::HOSClass* classOf(const hxArray* object);
-// Methods that a program sees and may call, in the order of the class; the infos are the class's.
-std::vector<hos::HOSMethodInfo*> visibleMethods(hos::HOSClass& objectClass);
+// Methods that a program may call, listed or not, in the order of the class; the infos are the
+// class's.
+std::vector<hos::HOSMethodInfo*> callableMethods(hos::HOSClass& objectClass);
 std::vector<hos::HOSPropInfo*> properties(hos::HOSClass& objectClass);
 std::vector<hos::HOSEventInfo*> events(hos::HOSClass& objectClass);
 

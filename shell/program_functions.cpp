@@ -1,4 +1,5 @@
 // Functions that act: time, errors, listeners.
+#include "host/axlink.h"
 #include "shell/errors.h"
 #include "shell/format.h"
 #include "shell/function_handles.h"
@@ -52,6 +53,30 @@ Values addlistenerFunction(const Call& call) {
     return {addListener(call[0], narrowTextOf(call[1], "The name of an event"), call[2])};
 }
 
+struct Option {
+    const char* name;
+    unsigned char (*get)();
+    void (*set)(bool on);
+};
+constexpr Option options[] = {
+    {"SafeArraySingleDim", axlink::SafeArraySingleDim, axlink::setSafeArraySingleDim},
+    {"PassSafeArrayByRef", axlink::PassSafeArrayByRef, axlink::setPassSafeArrayByRef},
+};
+
+// axlinkoption(name), axlinkoption(name, value): the value, or the one before.
+Values axlinkoptionFunction(const Call& call) {
+    const std::string name = narrowTextOf(call[0], "The name of an option");
+    std::string known;
+    for (const Option& option : options) {
+        known += (known.empty() ? "\"" : ", \"") + std::string(option.name) + "\"";
+        if (name != option.name) continue;
+        const Value before = logical(option.get() != 0);
+        if (call.count() == 2) option.set(scalarOf(call[1], "The value of an option") != 0);
+        return {before};
+    }
+    raise("axlinkoption", "There is no option \"" + name + "\". The options are " + known + ".");
+}
+
 // Objects with a method of that name never come here.
 Values deleteFunction(const Call& call) {
     if (!isListener(call[0])) raiseWrongType("\"delete\" takes an object", call[0]);
@@ -65,6 +90,7 @@ constexpr FunctionRow rows[] = {
     {"error", 1, anyNumber, errorFunction},
     {"rethrow", 1, 1, [](const Call& call) -> Values { rethrowStruct(call[0]); }},
     {"addlistener", 3, 3, addlistenerFunction},
+    {"axlinkoption", 1, 2, axlinkoptionFunction},
     {"delete", 1, 1, deleteFunction},
 };
 

@@ -41,14 +41,10 @@ class ClassFactory final : public IClassFactory, LiveObject {
         if (!object) return E_POINTER;
         *object = nullptr;
         if (outer) return CLASS_E_NOAGGREGATION;
-        try {
+        return answer([&] {
             const auto made = make_();
             return made ? made->QueryInterface(iid, object) : E_FAIL;
-        } catch (const ComFailure& failure) {
-            return failure.result;
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        }
+        });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         locks += lock ? 1 : -1;
@@ -98,11 +94,7 @@ HRESULT getClassObject(std::span<const ServedClass> classes, REFCLSID clsid, REF
     *object = nullptr;
     const auto found = std::ranges::find(classes, clsid, &ServedClass::clsid);
     if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
-    try {
-        return makeClassFactory(found->make)->QueryInterface(iid, object);
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    }
+    return answer([&] { return makeClassFactory(found->make)->QueryInterface(iid, object); });
 }
 
 HRESULT canUnloadNow() { return liveObjects() == 0 && locks == 0 ? S_OK : S_FALSE; }

@@ -63,15 +63,21 @@ void DefinitionDraft::change(const std::function<void(MemberDraft&)>& change) {
 }
 
 InterfaceSpec DefinitionDraft::complete(InterfaceSpec spec, bool events) const {
-    for (const auto& member : members_) {
-        if ((member.role == MemberDraft::Role::Event) != events) continue;
+    const auto declare = [&](const MemberDraft& member) {
+        if ((member.role == MemberDraft::Role::Event) != events) return;
         const FunctionSpec& function = member.spec;
         if (member.role == MemberDraft::Role::Variable)
             spec.variables.push_back(
                 {function.name, function.dispid, function.result, function.flags});
         else
             spec.functions.push_back(function);
+    };
+    // A dispinterface extends nothing but IDispatch, so it repeats what it inherits.
+    if (spec.kind == TKIND_DISPATCH && !spec.base.empty()) {
+        spec.base.clear();
+        std::ranges::for_each(inherited_, declare);
     }
+    std::ranges::for_each(members_, declare);
     return spec;
 }
 

@@ -1,6 +1,7 @@
 // How a member reports failure: thrown inside the member, turned into results by Invoke.
 #pragma once
 
+#include "platform/answer.h"
 #include "platform/com.h"
 #include "platform/text.h"
 
@@ -32,6 +33,18 @@ struct ComFailure {
 // Raises ComFailure for a negative result.
 inline void check(HRESULT result) {
     if (FAILED(result)) throw ComFailure{result};
+}
+
+// What `call` answers, or the result of the ComFailure or the standard exception that it raises.
+template <class Call>
+HRESULT answer(Call&& call) {
+    return platform::answer([&] {
+        try {
+            return call();
+        } catch (const ComFailure& failure) {
+            return failure.result;
+        }
+    });
 }
 
 } // namespace kit

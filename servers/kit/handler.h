@@ -29,12 +29,6 @@ class Handler {
     virtual HRESULT run(DispatchObject& object, Call& call) const = 0;
 };
 
-// A result on its way to the caller.
-template <class T>
-void giveResult(Call& call, T&& value) {
-    if (call.result) putValue(*call.result, std::forward<T>(value));
-}
-
 // The result and the parameters of a member function.
 template <class R, class... Ps>
 struct Signature {

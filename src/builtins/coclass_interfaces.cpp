@@ -6,20 +6,16 @@
 #include "comruntime/type_reader.h"
 #include "platform/typeinfo_holders.h"
 
-#include <algorithm>
-
 namespace axlink2 {
 namespace {
 
-using platform::ComPtr;
 using platform::TypeAttrHolder;
-
-// Types that are looked at in one library at most: a count that lies must not cost for ever.
-constexpr UINT mostTypes = 0x10000;
 
 std::string nameOf(ITypeInfo* type) {
     platform::ScopedBstr name;
-    if (FAILED(type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr))) {
+    if (FAILED(askServer([&] {
+            return type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+        }))) {
         (void)name.detach(); // an out-parameter of a failed call is not to be trusted
         return {};
     }
@@ -34,24 +30,20 @@ struct CoclassListing {
     void add(ITypeInfo* coclass, UINT index, const GUID& wanted) {
         const auto type = implementedType(coclass, index);
         const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
-        int flags = 0;
-        if (!attributes || FAILED(coclass->GetImplTypeFlags(index, &flags))) return;
+        const auto flags = implementationFlags(coclass, index);
+        if (!attributes || !flags) return;
         if (IsEqualGUID(attributes->guid, wanted)) listsWanted = true;
-        if (flags & IMPLTYPEFLAG_FSOURCE) return;
+        if (*flags & IMPLTYPEFLAG_FSOURCE) return;
         std::string name = nameOf(type.get());
         if (name.empty()) return;
-        const bool isDefault = flags & IMPLTYPEFLAG_FDEFAULT;
+        const bool isDefault = *flags & IMPLTYPEFLAG_FDEFAULT;
         names.insert(isDefault ? names.begin() : names.end(), std::move(name));
     }
 };
 
 CoclassListing readCoclass(ITypeLib* library, UINT index, const GUID& wanted) {
     CoclassListing listing;
-    ComPtr<ITypeInfo> type;
-    if (FAILED(library->GetTypeInfo(index, type.put()))) {
-        (void)type.detach(); // as above
-        return listing;
-    }
+    const auto type = typeAt(library, index);
     const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
     if (!attributes || attributes->typekind != TKIND_COCLASS) return listing;
     for (UINT i = 0; i < attributes->cImplTypes; ++i)
@@ -59,10 +51,9 @@ CoclassListing readCoclass(ITypeLib* library, UINT index, const GUID& wanted) {
     return listing;
 }
 
-ComPtr<ITypeInfo> typeInfoOf(IDispatch* server) {
-    ComPtr<ITypeInfo> type;
-    if (!server || FAILED(guardedGetTypeInfo(server, type.put()))) (void)type.detach();
-    return type;
+ServerPtr<ITypeInfo> typeInfoOf(IDispatch* server) {
+    if (!server) return {};
+    return obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
 }
 
 } // namespace
@@ -73,7 +64,7 @@ std::vector<std::string> coclassInterfaceNames(IDispatch* server) {
     if (!attributes) return {};
     const auto library = containingLibrary(type.get());
     if (!library) return {};
-    const UINT count = std::min(library->GetTypeInfoCount(), mostTypes);
+    const UINT count = typeCount(library.get());
     for (UINT index = 0; index < count; ++index) {
         CoclassListing listing = readCoclass(library.get(), index, attributes->guid);
         if (listing.listsWanted) return std::move(listing.names);

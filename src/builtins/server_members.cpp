@@ -5,8 +5,8 @@
 #include "builtins/coclass_interfaces.h"
 #include "classmodel/instance_record.h"
 #include "comruntime/interned.h"
+#include "comruntime/server_call.h"
 #include "host/message_ids.h"
-#include "platform/holders.h"
 
 #include <utility>
 
@@ -46,11 +46,11 @@ void COMPropeditMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::H
                                    std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
-    const auto server = platform::queryInterface<ISpecifyPropertyPages>(recordOf(object)->dispatch,
-                                                                        IID_ISpecifyPropertyPages);
+    const auto server =
+        queryServer<ISpecifyPropertyPages>(recordOf(object)->dispatch, IID_ISpecifyPropertyPages);
     if (!server) return hxWarningMsgId(VELMAR::COM::noPropPage());
     PageList pages;
-    if (server->GetPages(&pages) != S_OK)
+    if (askServer([&] { return server->GetPages(&pages); }) != S_OK)
         hxWarningMsgId(VELMAR::COM::propPageError());
     else if (pages.cElems == 0)
         hxWarningMsgId(VELMAR::COM::noPropPage());

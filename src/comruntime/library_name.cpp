@@ -1,7 +1,7 @@
 // The choice among the registered versions of a type library.
 #include "comruntime/library_name.h"
 
-#include "comruntime/registry_key.h"
+#include "platform/registry_key.h"
 
 #include <boost/format.hpp>
 
@@ -14,6 +14,7 @@ namespace {
 
 using platform::OleString;
 using platform::OleView;
+using platform::RegistryKey;
 
 struct Version {
     std::int64_t major = 0;
@@ -70,7 +71,7 @@ _bstr_t typeLibraryName(OleView libraryId, OleView majorText, OleView minorText,
     const _bstr_t nothing("");
     if (libraryId.empty()) return nothing;
     const RegistryKey library =
-        openKey(HKEY_CLASSES_ROOT, OLESTR("TypeLib\\") + OleString(libraryId));
+        platform::openKey(HKEY_CLASSES_ROOT, OLESTR("TypeLib\\") + OleString(libraryId));
     if (!library) return nothing;
 
     OleString subkey = OleString(majorText) + OLESTR(".") + OleString(minorText);
@@ -80,9 +81,9 @@ _bstr_t typeLibraryName(OleView libraryId, OleView majorText, OleView minorText,
         if (outMinor) *outMinor = static_cast<std::uint32_t>(chosen.minor);
         subkey = platform::toOle((boost::format("%x.%x") % chosen.major % chosen.minor).str());
     }
-    const RegistryKey version = openKey(library.get(), subkey);
+    const RegistryKey version = platform::openKey(library.get(), subkey);
     if (!version) return nothing;
-    const auto name = readValue(version, OLESTR(""));
+    const auto name = readText(version, OLESTR(""));
     return name ? _bstr_t(name->c_str()) : nothing;
 }
 

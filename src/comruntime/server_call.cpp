@@ -1,8 +1,6 @@
 // Guarded calls, and the references that end while one is under way.
 #include "comruntime/server_call.h"
 
-#include "platform/guarded_call.h"
-
 namespace axlink2 {
 namespace {
 
@@ -58,10 +56,7 @@ HRESULT guardedInvoke(IDispatch* target, DISPID id, LCID lcid, WORD flags, DISPP
 }
 
 HRESULT guardedGetTypeInfo(IDispatch* target, ITypeInfo** out) {
-    HRESULT hr = E_FAIL;
-    const platform::Fault fault =
-        platform::guarded([&] { hr = target->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, out); });
-    return fault ? E_FAIL : hr;
+    return askServer([&] { return target->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, out); });
 }
 
 void releaseServer(IDispatch* server) {

@@ -2,8 +2,18 @@
 #pragma once
 
 #include "platform/com.h"
+#include "platform/guarded_call.h"
+#include "platform/holders.h"
 
 namespace axlink2 {
+
+// What `call`, one call into a server, answers; E_FAIL when a fault or an exception ended it.
+template <class Call>
+HRESULT askServer(Call&& call) {
+    HRESULT hr = E_FAIL;
+    const platform::Fault fault = platform::guarded([&] { hr = call(); });
+    return fault ? E_FAIL : hr;
+}
 
 // `target->Invoke` with IID_NULL. A fault or an exception inside the server ends the call with
 // DISP_E_EXCEPTION; so does a null target. The server lives to the end of the call when its owner
@@ -20,5 +30,38 @@ void releaseServer(IDispatch* server);
 
 // `object->Release()`; a fault inside it is contained. Null is allowed.
 void guardedRelease(IUnknown* object);
+
+template <class Interface>
+struct ServerTraits : platform::InterfaceTraits<Interface> {
+    static void close(Interface* object) noexcept { guardedRelease(object); }
+    static Interface* duplicate(Interface* object) noexcept {
+        if (object) platform::guarded([object] { object->AddRef(); });
+        return object;
+    }
+};
+
+// A counted reference to an object of a server, whose own counting may be at fault.
+template <class Interface>
+using ServerPtr = platform::Holder<ServerTraits<Interface>>;
+
+// What `call(Interface** out)`, one call into a server, gives. Empty when it fails or gives
+// nothing: an out-parameter of a failed call is not to be trusted. `*result` gets its answer.
+template <class Interface, class Call>
+ServerPtr<Interface> obtain(Call&& call, HRESULT* result = nullptr) {
+    Interface* given = nullptr;
+    const HRESULT hr = askServer([&] { return call(&given); });
+    if (result) *result = hr;
+    return ServerPtr<Interface>::adopt(SUCCEEDED(hr) ? given : nullptr);
+}
+
+// Another interface of a server's object; empty when the object is null or doesn't offer it.
+template <class Interface>
+ServerPtr<Interface> queryServer(IUnknown* object, REFIID iid, HRESULT* result = nullptr) {
+    return obtain<Interface>(
+        [&](Interface** out) {
+            return object ? object->QueryInterface(iid, reinterpret_cast<void**>(out)) : E_POINTER;
+        },
+        result);
+}
 
 } // namespace axlink2

@@ -1,10 +1,10 @@
 // Starting servers through the class registry.
 #include "comruntime/server_creation.h"
 
+#include "comruntime/server_call.h"
 #include "comruntime/system_message.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
-#include "platform/holders.h"
 
 namespace axlink2 {
 
@@ -13,21 +13,17 @@ HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleS
     serverInfo.pwszName = machine.empty() ? nullptr : machine.data();
     MULTI_QI query{};
     query.pIID = &IID_IUnknown;
-    const HRESULT hr = CoCreateInstanceEx(
-        clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
-        &serverInfo, 1, &query);
+    const HRESULT hr = askServer([&] {
+        return CoCreateInstanceEx(clsid, nullptr,
+                                  CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
+                                  &serverInfo, 1, &query);
+    });
     if (FAILED(hr)) return hr;
-    const auto unknown = platform::ComPtr<IUnknown>::adopt(query.pItf);
-    if (!unknown) return E_POINTER;
-
-    *out = nullptr;
-    const HRESULT answer = unknown->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(out));
-    if (FAILED(answer)) {
-        *out = nullptr;
-        return answer;
-    }
+    const auto unknown = ServerPtr<IUnknown>::adopt(query.pItf);
+    HRESULT answer = E_POINTER;
+    *out = queryServer<IDispatch>(unknown.get(), IID_IDispatch, &answer).detach();
     // A server that grants the interface and hands out nothing has none.
-    return *out ? answer : E_NOINTERFACE;
+    return SUCCEEDED(answer) && !*out ? E_NOINTERFACE : answer;
 }
 
 void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,

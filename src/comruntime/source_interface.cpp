@@ -5,22 +5,16 @@
 #include "platform/typeinfo_holders.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace axlink2 {
 namespace {
 
-using platform::ComPtr;
 using platform::TypeAttrHolder;
-
-// Types that are looked at in one library at most: a count that lies must not cost for ever.
-constexpr UINT mostTypes = 0x10000;
 
 bool isDefaultSource(ITypeInfo* coclass, UINT index) {
     constexpr int mask = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE | IMPLTYPEFLAG_FRESTRICTED;
-    int flags = 0;
-    return SUCCEEDED(coclass->GetImplTypeFlags(index, &flags)) &&
-           (flags & mask) == (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
+    const auto flags = implementationFlags(coclass, index);
+    return flags && (*flags & mask) == (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
 }
 
 GUID defaultSource(ITypeInfo* coclass, const TYPEATTR& attributes) {
@@ -44,11 +38,7 @@ bool lists(ITypeInfo* coclass, const TYPEATTR& attributes, const GUID& iid) {
 
 // The answer of the type at `index`, when it is a coclass that lists the interface.
 std::optional<GUID> sourceByCoclass(ITypeLib* library, UINT index, const GUID& iid) {
-    ComPtr<ITypeInfo> coclass;
-    if (FAILED(library->GetTypeInfo(index, coclass.put()))) {
-        (void)coclass.detach();
-        return std::nullopt;
-    }
+    const auto coclass = typeAt(library, index);
     const TypeAttrHolder attributes(coclass.get(), &ITypeInfo::GetTypeAttr);
     if (!attributes || attributes->typekind != TKIND_COCLASS) return std::nullopt;
     if (!lists(coclass.get(), *attributes, iid)) return std::nullopt;
@@ -57,16 +47,35 @@ std::optional<GUID> sourceByCoclass(ITypeLib* library, UINT index, const GUID& i
 
 } // namespace
 
-ComPtr<ITypeLib> containingLibrary(ITypeInfo* type) {
-    ComPtr<ITypeLib> library;
+ServerPtr<ITypeLib> containingLibrary(ITypeInfo* type) {
     UINT index = 0;
-    if (FAILED(type->GetContainingTypeLib(library.put(), &index))) (void)library.detach();
-    return library;
+    return obtain<ITypeLib>(
+        [&](ITypeLib** out) { return type->GetContainingTypeLib(out, &index); });
 }
 
-ComPtr<ITypeInfo> implementedType(ITypeInfo* type, UINT index) {
+UINT typeCount(ITypeLib* library) {
+    constexpr UINT mostTypes = 0x10000;
+    UINT count = 0;
+    askServer([&] {
+        count = library->GetTypeInfoCount();
+        return S_OK;
+    });
+    return std::min(count, mostTypes);
+}
+
+ServerPtr<ITypeInfo> typeAt(ITypeLib* library, UINT index) {
+    return obtain<ITypeInfo>([&](ITypeInfo** out) { return library->GetTypeInfo(index, out); });
+}
+
+std::optional<int> implementationFlags(ITypeInfo* coclass, UINT index) {
+    int flags = 0;
+    const HRESULT hr = askServer([&] { return coclass->GetImplTypeFlags(index, &flags); });
+    return SUCCEEDED(hr) ? std::optional(flags) : std::nullopt;
+}
+
+ServerPtr<ITypeInfo> implementedType(ITypeInfo* type, UINT index) {
     HREFTYPE reference = 0;
-    if (FAILED(type->GetRefTypeOfImplType(index, &reference))) return {};
+    if (FAILED(askServer([&] { return type->GetRefTypeOfImplType(index, &reference); }))) return {};
     return referencedType(type, reference);
 }
 
@@ -75,7 +84,7 @@ GUID findSourceInterface(ITypeInfo* interfaceType) {
     if (!attributes) return GUID_NULL;
     const auto library = containingLibrary(interfaceType);
     if (!library) return GUID_NULL;
-    const UINT count = std::min(library->GetTypeInfoCount(), mostTypes);
+    const UINT count = typeCount(library.get());
     for (UINT index = 0; index < count; ++index)
         if (const auto source = sourceByCoclass(library.get(), index, attributes->guid))
             return *source;

@@ -52,11 +52,12 @@ COMTypeDescription::COMTypeDescription(ITypeInfo* typeInfo, IDispatch* server) {
 
 std::unique_ptr<COMTypeDescription> COMTypeDescription::ofServer(IDispatch* server) {
     UINT count = 0;
-    if (!server || FAILED(server->GetTypeInfoCount(&count)) || count != 1) return nullptr;
-
-    ITypeInfo* raw = nullptr;
-    if (FAILED(guardedGetTypeInfo(server, &raw)) || !raw) return nullptr;
-    const auto info = platform::ComPtr<ITypeInfo>::adopt(raw);
+    if (!server || FAILED(askServer([&] { return server->GetTypeInfoCount(&count); })) ||
+        count != 1)
+        return nullptr;
+    const auto info =
+        obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
+    if (!info) return nullptr;
     return std::make_unique<COMTypeDescription>(info.get(), server);
 }
 

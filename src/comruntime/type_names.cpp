@@ -15,23 +15,26 @@ std::optional<std::string> narrowName(BSTR name) {
 
 std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server) {
     platform::ScopedBstr name;
-    if (FAILED(typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr)))
+    if (FAILED(askServer([&] {
+            return typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr);
+        })))
         (void)name.detach();
     std::optional<std::string> text = narrowName(name.get());
     if (!text || text->front() == '_') return std::nullopt;
     if (server) {
         LPOLESTR wide = name.get();
         DISPID ignored = DISPID_UNKNOWN; // the type library's own id stays the key
-        if (FAILED(server->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_SYSTEM_DEFAULT, &ignored)))
+        if (FAILED(askServer([&] {
+                return server->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_SYSTEM_DEFAULT, &ignored);
+            })))
             return std::nullopt;
     }
     return text;
 }
 
-platform::ComPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference) {
-    platform::ComPtr<ITypeInfo> type;
-    if (FAILED(owner->GetRefTypeInfo(reference, type.put()))) (void)type.detach();
-    return type;
+ServerPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference) {
+    return obtain<ITypeInfo>(
+        [&](ITypeInfo** out) { return owner->GetRefTypeInfo(reference, out); });
 }
 
 } // namespace axlink2

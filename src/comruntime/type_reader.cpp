@@ -147,11 +147,9 @@ void Reader::walkEvents(ITypeInfo* type) {
     if (IsEqualGUID(description_.sourceInterfaceIID, GUID_NULL)) return;
     const auto library = containingLibrary(type);
     if (!library) return;
-    platform::ComPtr<ITypeInfo> source;
-    if (FAILED(library->GetTypeInfoOfGuid(description_.sourceInterfaceIID, source.put()))) {
-        (void)source.detach();
-        return;
-    }
+    const auto source = obtain<ITypeInfo>([&](ITypeInfo** out) {
+        return library->GetTypeInfoOfGuid(description_.sourceInterfaceIID, out);
+    });
     const TypeAttrHolder attributes(source.get(), &ITypeInfo::GetTypeAttr);
     for (UINT index = 0; attributes && index < attributes->cFuncs; ++index) {
         const FuncDescHolder function(source.get(), &ITypeInfo::GetFuncDesc, index);
@@ -166,8 +164,9 @@ std::vector<std::string> parameterNames(ITypeInfo* type, const FUNCDESC& functio
     if (count == 0) return {};
     std::vector<BSTR> raw(count + 1, nullptr);
     UINT given = 0;
-    const HRESULT hr =
-        type->GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &given);
+    const HRESULT hr = askServer([&] {
+        return type->GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &given);
+    });
     std::vector<platform::ScopedBstr> names;
     if (SUCCEEDED(hr))
         for (BSTR name : raw)
@@ -200,8 +199,10 @@ void Reader::readEvent(ITypeInfo* type, const FUNCDESC& function) {
 bool isRootInterface(ITypeInfo* base) {
     platform::ScopedBstr name;
     platform::ScopedBstr documentation;
-    if (FAILED(base->GetDocumentation(MEMBERID_NIL, name.put(), documentation.put(), nullptr,
-                                      nullptr))) {
+    if (FAILED(askServer([&] {
+            return base->GetDocumentation(MEMBERID_NIL, name.put(), documentation.put(), nullptr,
+                                          nullptr);
+        }))) {
         (void)name.detach();
         (void)documentation.detach();
         return true; // without documentation the base is passed over as well

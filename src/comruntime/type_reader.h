@@ -1,6 +1,7 @@
 // Reading type information into a description: names, types, and the walks over members.
 #pragma once
 
+#include "comruntime/server_call.h"
 #include "comruntime/type_description.h"
 #include "platform/holders.h"
 
@@ -21,7 +22,7 @@ std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispa
 std::optional<std::string> narrowName(BSTR name);
 
 // The type that `reference` refers to; empty when it can't be had.
-platform::ComPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference);
+ServerPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference);
 
 // Reduces types to the few kinds that matter to a class, and collects the enumerations on the way.
 class TypeReducer {

@@ -23,7 +23,7 @@ const TYPEDESC* aliasedReference(const TYPEDESC& alias) {
 }
 
 bool isInterface(ITypeInfo* owner, HREFTYPE reference) {
-    auto current = platform::ComPtr<ITypeInfo>::borrow(owner);
+    auto current = ServerPtr<ITypeInfo>::borrow(owner);
     for (int level = 0; level < longestReferenceChain; ++level) {
         auto type = referencedType(current.get(), reference);
         const platform::TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
@@ -49,7 +49,7 @@ bool isInterface(ITypeInfo* owner, HREFTYPE reference) {
 
 // The type that holds the constants: `type` itself, or what it is an alias of, one level. Empty
 // when neither is an enumeration.
-platform::ComPtr<ITypeInfo> enumerationBehind(const platform::ComPtr<ITypeInfo>& type) {
+ServerPtr<ITypeInfo> enumerationBehind(const ServerPtr<ITypeInfo>& type) {
     const platform::TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
     if (!attributes) return {};
     if (attributes->typekind == TKIND_ENUM) return type;
@@ -58,7 +58,7 @@ platform::ComPtr<ITypeInfo> enumerationBehind(const platform::ComPtr<ITypeInfo>&
     auto target = referencedType(type.get(), attributes->tdescAlias.hreftype);
     const platform::TypeAttrHolder targetAttributes(target.get(), &ITypeInfo::GetTypeAttr);
     const bool isEnumeration = targetAttributes && targetAttributes->typekind == TKIND_ENUM;
-    return isEnumeration ? target : platform::ComPtr<ITypeInfo>();
+    return isEnumeration ? target : ServerPtr<ITypeInfo>();
 }
 
 // A constant's value as 32 bits; none when it is no constant or doesn't fit.

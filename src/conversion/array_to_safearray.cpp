@@ -1,14 +1,17 @@
 // Host arrays as SAFEARRAYs.
+#include "conversion/com_text.h"
 #include "conversion/host_classes.h"
 #include "conversion/host_to_variant.h"
+#include "conversion/logical_copy.h"
 #include "host/axlink.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/text.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <cstring>
 #include <limits>
-#include <vector>
 
 namespace axlink2 {
 namespace {
@@ -19,7 +22,7 @@ ScopedSafeArray newArray(const hxArray* value, VARTYPE vt) {
     std::size_t dimensions = hxGetNumberOfDimensions(value);
     if (dimensions == 2 && hxGetN(value) == 1 && axlink::SafeArraySingleDim()) dimensions = 1;
     const std::size_t* extents = hxGetDimensions(value);
-    std::vector<SAFEARRAYBOUND> bounds(dimensions);
+    boost::container::small_vector<SAFEARRAYBOUND, 4> bounds(dimensions);
     for (std::size_t i = 0; i < dimensions; ++i) {
         if (extents[i] > std::numeric_limits<ULONG>::max()) return {}; // more than COM can count
         bounds[i].cElements = static_cast<ULONG>(extents[i]);
@@ -28,33 +31,10 @@ ScopedSafeArray newArray(const hxArray* value, VARTYPE vt) {
         SafeArrayCreate(vt, static_cast<UINT>(dimensions), bounds.data()));
 }
 
-// The elements of an array, accessible until the end.
-class Elements {
-  public:
-    explicit Elements(SAFEARRAY* array) : array_(array) {
-        if (!array_ || FAILED(SafeArrayAccessData(array_, &data_))) array_ = nullptr;
-    }
-    Elements(const Elements&) = delete;
-    Elements& operator=(const Elements&) = delete;
-    ~Elements() {
-        if (array_) SafeArrayUnaccessData(array_);
-    }
-
-    explicit operator bool() const { return array_ != nullptr; }
-    template <class T>
-    T* as() const {
-        return static_cast<T*>(data_);
-    }
-
-  private:
-    SAFEARRAY* array_;
-    void* data_ = nullptr;
-};
-
-void copyLogicals(const unsigned char* from, VARIANT_BOOL* to, std::size_t count) {
-    // Exactly 1 is true; written so that the compiler can do many at once.
-    for (std::size_t i = 0; i < count; ++i)
-        to[i] = static_cast<VARIANT_BOOL>(-(from[i] == 1));
+// The elements of a new array, which nobody else can lock or move.
+template <class T>
+T* elementsOf(const ScopedSafeArray& array) {
+    return array ? static_cast<T*>(array->pvData) : nullptr;
 }
 
 void copyElements(const hxArray* value, const NumericClass& row, void* to) {
@@ -75,30 +55,25 @@ void copyElements(const hxArray* value, const NumericClass& row, void* to) {
     throw error;
 }
 
-bool isCharMatrix(const hxArray* element) {
-    return hxGetClassID(element) == hxCHAR_CLASS && hxGetM(element) != 1 && hxGetN(element) != 1 &&
-           !hxIsEmpty(element);
+bool isMatrix(const hxArray* element) {
+    return hxGetM(element) != 1 && hxGetN(element) != 1 && !hxIsEmpty(element);
 }
 
 void checkElement(const hxArray* element, VARTYPE vt) {
     if (hxGetNumberOfDimensions(element) > 2)
         hmsgcore::raise(VELMAR::COM::cell_invalid_dimensions());
-    const bool isText =
-        hxGetClassID(element) == hxCHAR_CLASS || hoststring::isScalarText(element, false, true);
-    if (isCharMatrix(element) || (vt == VT_BSTR && !isText))
-        hmsgcore::raise(VELMAR::COM::cell_invalid_contents());
+    const bool isRefused = hxGetClassID(element) == hxCHAR_CLASS
+                               ? isMatrix(element)
+                               : vt == VT_BSTR && !hoststring::isScalarText(element, false, true);
+    if (isRefused) hmsgcore::raise(VELMAR::COM::cell_invalid_contents());
 }
 
-// Null for an element without characters.
 BSTR elementText(const hxArray* element) {
     std::u16string text;
-    const auto wide =
-        hoststring::isString(element) && hoststring::getScalarText(element, text, true)
-            ? platform::toOle(std::u16string_view(text))
-            : charToWideText(element).value_or(platform::OleString());
-    const BSTR bstr = SysAllocString(wide.c_str());
-    if (!bstr) _com_issue_error(E_OUTOFMEMORY);
-    return bstr;
+    if (hoststring::isString(element) && hoststring::getScalarText(element, text, true))
+        return newBstr(text);
+    const BSTR bstr = charToBstr(element);
+    return bstr ? bstr : newBstr({});
 }
 
 // Cells in cells, counted on the one thread that converts.
@@ -129,12 +104,12 @@ SAFEARRAY* arrayToSafeArray(const hxArray* value) {
     }
     if (hxIsSparse(value)) refuseSparse();
     if (hxIsComplex(value)) hmsgcore::raise(VELMAR::COM::invalidargumenttype());
-    ScopedSafeArray array = newArray(value, row->vartype);
-    {
-        const Elements elements(array.get());
-        if (!elements) return nullptr;
-        copyElements(value, *row, elements.as<void>());
-    }
+    return numericToSafeArray(value, *row);
+}
+
+SAFEARRAY* numericToSafeArray(const hxArray* value, const NumericClass& row) {
+    ScopedSafeArray array = newArray(value, row.vartype);
+    if (array) copyElements(value, row, elementsOf<void>(array));
     return array.detach();
 }
 
@@ -147,16 +122,13 @@ SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt, ReferenceHolders& h
         if (const hxArray* element = hxGetCell(value, i)) checkElement(element, vt);
 
     ScopedSafeArray array = newArray(value, vt);
-    {
-        const Elements elements(array.get());
-        for (std::size_t i = 0; elements && i < count; ++i) {
-            const hxArray* element = hxGetCell(value, i);
-            if (!element) continue;
-            if (vt == VT_BSTR)
-                elements.as<BSTR>()[i] = elementText(element);
-            else
-                hostToVariant(elements.as<VARIANT>() + i, element, false, 0, 0, 0, false, holders);
-        }
+    for (std::size_t i = 0; array && i < count; ++i) {
+        const hxArray* element = hxGetCell(value, i);
+        if (!element) continue;
+        if (vt == VT_BSTR)
+            elementsOf<BSTR>(array)[i] = elementText(element);
+        else
+            hostToVariant(elementsOf<VARIANT>(array) + i, element, false, 0, 0, 0, false, holders);
     }
     return array.detach();
 }

@@ -3,6 +3,7 @@
 
 #include "classmodel/class_description.h"
 #include "classmodel/instance_record.h"
+#include "conversion/com_text.h"
 #include "conversion/host_classes.h"
 #include "host/axlink.h"
 #include "host/exception.h"
@@ -87,10 +88,12 @@ void convertSmallLogical(const Request& request) {
 void convertNumeric(const Request& request, const NumericClass& row) {
     if (hxIsComplex(request.value)) hmsgcore::raise(VELMAR::COM::invalidargumenttype());
     const bool isDouble = row.id == hxDOUBLE_CLASS;
-    const bool isMissing =
-        isDouble && !request.byRef && hxIsScalar(request.value) && isNaN(request.value);
-    if (hxIsSparse(request.value) || !(request.isSmall() || isMissing))
-        setArray(request, row.vartype, arrayToSafeArray(request.value));
+    if (hxIsSparse(request.value)) arrayToSafeArray(request.value); // which refuses it
+    const auto isMissing = [&] {
+        return isDouble && !request.byRef && hxIsScalar(request.value) && isNaN(request.value);
+    };
+    if (!request.isSmall() && !isMissing())
+        setArray(request, row.vartype, numericToSafeArray(request.value, row));
     else if (isDouble)
         convertSmallDouble(request, row);
     else if (row.id == hxLOGICAL_CLASS)
@@ -99,25 +102,10 @@ void convertNumeric(const Request& request, const NumericClass& row) {
         convertSmallNumber(request, row);
 }
 
-BSTR newText(platform::OleView text) {
-    // COM takes a text without a length up to its first zero.
-    const BSTR bstr = SysAllocString(platform::OleString(text).c_str());
-    if (!bstr) _com_issue_error(E_OUTOFMEMORY);
-    return bstr;
-}
-
-// No text is a null BSTR.
-void setText(VARIANT& owner, std::optional<platform::OleView> text) {
-    owner.bstrVal = text ? newText(*text) : nullptr;
-    owner.vt = VT_BSTR;
-}
-
 void convertChar(const Request& request) {
     VARIANT& owner = request.byRef ? request.holders.add() : request.target;
-    if (request.isEmpty())
-        setText(owner, std::nullopt);
-    else
-        setText(owner, *charToWideText(request.value));
+    owner.bstrVal = charToBstr(request.value);
+    owner.vt = VT_BSTR;
     if (request.byRef) refer(request.target, VT_BSTR, &owner.bstrVal);
 }
 
@@ -152,10 +140,10 @@ void convertOpaque(const Request& request) {
         convertHandle(request);
     } else if (hoststring::isString(request.value)) {
         std::u16string text;
-        if (hoststring::getScalarText(request.value, text, true))
-            setText(request.target, platform::toOle(std::u16string_view(text)));
-        else
-            hxWarningMsgId(VELMAR::COM::invalidargumenttype());
+        if (!hoststring::getScalarText(request.value, text, true))
+            return hxWarningMsgId(VELMAR::COM::invalidargumenttype());
+        request.target.bstrVal = newBstr(text);
+        request.target.vt = VT_BSTR;
     }
 }
 
@@ -167,7 +155,7 @@ bool hasEmptyReference(hxClassID id) {
 
 void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int col, int rows,
                    bool forceArray, ReferenceHolders& holders) {
-    if (row == 0 && col == 0) VariantInit(base);
+    if (row == 0 && col == 0) base->vt = VT_EMPTY;
     VARIANT& target = base[row + static_cast<std::ptrdiff_t>(col) * rows];
     if (!value) { // reads as an empty double
         if (byRef) return refer(target, VT_VARIANT, &holders.add());
@@ -204,6 +192,13 @@ std::optional<platform::OleString> charToWideText(const hxArray* value) {
         for (std::size_t row = 0; row < rows; ++row)
             text[row * stride + column] = static_cast<OLECHAR>(units[column * rows + row]);
     return text;
+}
+
+BSTR charToBstr(const hxArray* value) {
+    const auto* units = static_cast<const char16_t*>(hxGetData(value));
+    if (!units) return nullptr;
+    if (hxGetM(value) > 1) return newBstr(platform::toUtf16(*charToWideText(value)));
+    return newBstr({units, hxGetN(value)});
 }
 
 } // namespace axlink2

@@ -1,6 +1,7 @@
 // Any host value as a VARIANT, and host arrays as SAFEARRAYs, decided by the value alone.
 #pragma once
 
+#include "conversion/host_classes.h"
 #include "conversion/reference_holders.h"
 #include "host/array.h"
 #include "platform/com.h"
@@ -26,6 +27,9 @@ void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int
 // Null when there is no memory, and, with a warning, for any other class.
 SAFEARRAY* arrayToSafeArray(const hxArray* value);
 
+// The same of a full, real array whose class is that of `row`.
+SAFEARRAY* numericToSafeArray(const hxArray* value, const NumericClass& row);
+
 // A cell as an array of VT_VARIANT or VT_BSTR. Raises "VELMAR:COM:cell_invalid_dimensions" for a
 // cell, or an element, of more than two dimensions, and "VELMAR:COM:cell_invalid_contents" for a
 // char matrix in it, for what is no text in an array of text, and for cells nested too deep.
@@ -34,5 +38,9 @@ SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt, ReferenceHolders& h
 // The text of a char array of any shape: a row as it stands, several rows each with a line feed
 // behind it. None for null and for other classes.
 std::optional<platform::OleString> charToWideText(const hxArray* value);
+
+// The same of a char array as a new BSTR; null for an empty one. Raises E_OUTOFMEMORY as
+// `_com_error`.
+BSTR charToBstr(const hxArray* value);
 
 } // namespace axlink2

@@ -1,8 +1,8 @@
 // Names of interface classes, by the registry or after the IID.
 #include "comruntime/library_name.h"
-#include "comruntime/registry_key.h"
 #include "conversion/wrapped_interface.h"
 #include "host/text.h"
+#include "platform/registry_key.h"
 #include "platform/text.h"
 
 #include <boost/algorithm/string/erase.hpp>
@@ -15,6 +15,8 @@ namespace {
 
 using platform::OleString;
 using platform::OleView;
+using platform::openKey;
+using platform::RegistryKey;
 
 OleString textOf(const _bstr_t& text) {
     return OleString(platform::viewOf(static_cast<OLECHAR*>(text)));
@@ -28,7 +30,7 @@ struct VersionText {
 // A version without a point gives neither part.
 VersionText versionOf(const RegistryKey& key) {
     VersionText version;
-    const auto value = readValue(key, OLESTR("Version"));
+    const auto value = readText(key, OLESTR("Version"));
     const std::size_t point = value ? value->find(OLECHAR{'.'}) : OleString::npos;
     if (point == OleString::npos) return version;
     if (point > 0) version.major = value->substr(0, point);
@@ -42,10 +44,10 @@ _bstr_t interfaceDisplayName(const _bstr_t& iidText) {
     const _bstr_t nothing("");
     const RegistryKey key = openKey(HKEY_CLASSES_ROOT, OLESTR("Interface\\") + textOf(iidText));
     if (!key) return nothing;
-    const auto interfaceName = readValue(key, OLESTR(""));
+    const auto interfaceName = readText(key, OLESTR(""));
     const RegistryKey libraryKey = openKey(key.get(), OLESTR("TypeLib"));
     if (!interfaceName || !libraryKey) return nothing;
-    const auto libraryId = readValue(libraryKey, OLESTR(""));
+    const auto libraryId = readText(libraryKey, OLESTR(""));
     if (!libraryId) return nothing;
 
     const VersionText version = versionOf(libraryKey);

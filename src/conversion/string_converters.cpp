@@ -2,6 +2,7 @@
 #include "conversion/string_converters.h"
 
 #include "comruntime/system_message.h"
+#include "conversion/com_text.h"
 #include "conversion/variant_access.h"
 #include "host/text.h"
 
@@ -14,16 +15,6 @@ hos::HOSValue textValue(std::u16string text) {
     return hos::HOSValue::ofPointer(new std::u16string(std::move(text)));
 }
 
-// Null for a value without text.
-BSTR newBstr(const std::u16string* text) {
-    if (!text) return nullptr;
-    const platform::OleString wide = hsys::i18n::to_wstring(*text);
-    // A text ends at its first zero, as everywhere where COM takes a text without a length.
-    const BSTR bstr = SysAllocString(wide.c_str());
-    if (!bstr) _com_issue_error(E_OUTOFMEMORY);
-    return bstr;
-}
-
 } // namespace
 
 hos::HOSValue ArgStringConv::fromVariant(const VARIANT& v) {
@@ -32,8 +23,9 @@ hos::HOSValue ArgStringConv::fromVariant(const VARIANT& v) {
 }
 
 void ArgStringConv::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) {
+    const std::u16string* text = value.text();
     VARIANT variant{};
-    variant.bstrVal = newBstr(value.text());
+    variant.bstrVal = text ? newBstr(*text) : nullptr; // null for a value without text
     variant.vt = VT_BSTR;
     placeVariant(variant, out, backing, byRef);
 }

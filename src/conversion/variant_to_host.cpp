@@ -3,6 +3,7 @@
 
 #include "comruntime/system_message.h"
 #include "conversion/arg_converter.h"
+#include "conversion/com_text.h"
 #include "conversion/host_classes.h"
 #include "conversion/wrapped_interface.h"
 #include "host/message_ids.h"
@@ -48,9 +49,7 @@ int textToHost(VARIANT* v, hxArray** out, const VariantConversionContext& contex
         warnOfFailure<VELMAR::COM::variant_conversion_failedString>(context);
         return fallBackToNaN(out);
     }
-    // A text ends at its first zero.
-    const std::u16string text = hsys::i18n::to_ustring(v->bstrVal);
-    *out = hxCreateString_UTF16(v->bstrVal ? text.c_str() : nullptr);
+    *out = charRow(v->bstrVal).release();
     return 1;
 }
 
@@ -61,6 +60,9 @@ int errorToHost(const VARIANT& v, hxArray** out) {
 
 // Arrays in arrays beyond this would endanger the stack.
 constexpr int deepest = 1000;
+
+// By reference an array may hold itself, and more than once: what is reached in that way at most.
+constexpr int mostReferences = 1000;
 
 // The new object has a reference of its own.
 int interfaceToHost(const VARIANT& v, hxArray** out, const VariantConversionContext& context) {
@@ -104,8 +106,8 @@ int variantScalarToHost(VARIANT* v, hxArray** out, const VariantConversionContex
         *out = hxCreateLogicalScalar(v->boolVal != VARIANT_FALSE);
         return 1;
     }
-    if (const NumericClass* row = numericClassOf(vt)) return numberToHost(*v, *row, out);
     if (travelsAsText(vt)) return textToHost(v, out, context);
+    if (const NumericClass* row = numericClassOf(vt)) return numberToHost(*v, *row, out);
     switch (vt) {
     case VT_CY:
         return currencyToHost(*v, out, context);
@@ -139,7 +141,10 @@ int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& con
         if (context.warn) hxWarningMsgId(VELMAR::COM::unsupported_safearray_type());
         return fallBackToNaN(out);
     }
-    safeArrayToCell(v->parray, out, {context.warn, context.owner, context.depth + 1});
+    int references = mostReferences;
+    safeArrayToCell(v->parray, out,
+                    {context.warn, context.owner, context.depth + 1,
+                     context.referencesLeft ? context.referencesLeft : &references});
     return 1;
 }
 

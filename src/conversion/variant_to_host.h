@@ -12,6 +12,7 @@ struct VariantConversionContext {
     bool warn = false;               // whether falling back to a NaN warns
     hos::HOSInterfacePtr owner = {}; // the object that the value came from; may be null
     int depth = 0;                   // of arrays in arrays
+    int* referencesLeft = nullptr;   // that elements of arrays may be; null for no limit
 };
 
 // `*out` becomes a new array that the caller owns. A by-reference `*v` is replaced by a copy of

@@ -52,7 +52,10 @@ void COMTypeConversionVariant::convertFromHost(hos::HOSValue* out, const hxArray
 hos::HOSDataTypePtr variantType(const std::string& name, VARTYPE vartype, bool forceArray,
                                 bool byRef) {
     const hos::HOSDataTypePtr known(knownId(name.c_str()));
-    if (hos::HOSDataTypePtrHelper::getObject(known)) return known;
+    // A type without a conversion is what an attempt that failed has left.
+    if (hos::HOSDataTypePtrHelper::getObject(known) &&
+        hos::HOSTypeRepository::getConversion(internedId("any"), known.getID()))
+        return known;
     hos::HOSTypeRepository::addGlobalType(new COMVariantType(name));
     hos::HOSTypeRepository::addConversion(internedId("any"), internedId(name),
                                           new COMTypeConversionVariant(vartype, forceArray, byRef));

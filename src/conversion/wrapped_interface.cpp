@@ -5,9 +5,8 @@
 #include "classmodel/namespaces.h"
 #include "classmodel/object_creation.h"
 #include "classmodel/object_tree.h"
-#include "comruntime/server_call.h"
 #include "comruntime/interned.h"
-#include "platform/holders.h"
+#include "comruntime/server_call.h"
 #include "platform/typeinfo_holders.h"
 
 #include <boost/thread/locks.hpp>
@@ -18,27 +17,26 @@
 namespace axlink2 {
 namespace {
 
-using platform::ComPtr;
-
 // Which interface classes exist, by key. Grows only.
 std::map<_bstr_t, std::string> interfaceClasses;
 boost::shared_mutex interfaceClassesLock;
 
 // The interface of a VARIANT, whose reference is taken over.
-ComPtr<IDispatch> takeInterface(const VARIANT& v) {
-    if ((v.vt & VT_TYPEMASK) != VT_UNKNOWN) return ComPtr<IDispatch>::adopt(v.pdispVal);
-    const auto unknown = ComPtr<IUnknown>::adopt(v.punkVal);
-    return platform::queryInterface<IDispatch>(unknown.get(), IID_IDispatch);
+ServerPtr<IDispatch> takeInterface(const VARIANT& v) {
+    if ((v.vt & VT_TYPEMASK) != VT_UNKNOWN) return ServerPtr<IDispatch>::adopt(v.pdispVal);
+    const auto unknown = ServerPtr<IUnknown>::adopt(v.punkVal);
+    return queryServer<IDispatch>(unknown.get(), IID_IDispatch);
 }
 
 // A server that is busy with its own message loop gets a second.
 HRESULT typeInfoCount(IDispatch* server, UINT* count) {
     constexpr int mostTries = 20;
     constexpr DWORD wait = 50; // milliseconds
-    HRESULT hr = server->GetTypeInfoCount(count);
+    const auto ask = [&] { return askServer([&] { return server->GetTypeInfoCount(count); }); };
+    HRESULT hr = ask();
     for (int retry = 0; hr == RPC_E_CALL_REJECTED && retry < mostTries; ++retry) {
         Sleep(wait);
-        hr = server->GetTypeInfoCount(count);
+        hr = ask();
     }
     return hr;
 }
@@ -47,9 +45,8 @@ HRESULT typeInfoCount(IDispatch* server, UINT* count) {
 _bstr_t identityOf(IDispatch* server) {
     UINT count = 0;
     if (FAILED(typeInfoCount(server, &count)) || count != 1) return _bstr_t();
-    ITypeInfo* raw = nullptr;
-    if (FAILED(guardedGetTypeInfo(server, &raw)) || !raw) return _bstr_t();
-    const auto info = ComPtr<ITypeInfo>::adopt(raw);
+    const auto info =
+        obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
     const platform::TypeAttrHolder attributes(info.get(), &ITypeInfo::GetTypeAttr);
     OLECHAR text[39];
     if (!attributes || IsEqualGUID(attributes->guid, GUID_NULL) ||
@@ -68,7 +65,7 @@ _bstr_t anonymousKey(const hos::HOSInterfacePtr& owner, const char* memberName) 
 } // namespace
 
 hxArray* wrapInterface(VARIANT* v, const hos::HOSInterfacePtr& owner, const char* memberName) {
-    ComPtr<IDispatch> server = takeInterface(*v);
+    ServerPtr<IDispatch> server = takeInterface(*v);
     if (!server) return nullptr;
     _bstr_t key = identityOf(server.get());
     if (!key) key = anonymousKey(owner, memberName);

@@ -3,29 +3,29 @@
 
 #include "platform/holders.h"
 
-#include <algorithm>
-
 namespace axlink2 {
 
 COMCallArguments::COMCallArguments(const std::vector<COMArgInfo>& arguments)
     : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()) {
     const std::size_t count = slots();
-    if (count > ownSlots) {
-        moreVariants_ = std::make_unique<VARIANT[]>(2 * count);
-        moreTypes_ = std::make_unique<VARTYPE[]>(count);
-        variants_ = moreVariants_.get();
-        backing_ = variants_ + count;
-        passedTypes_ = moreTypes_.get();
-        return;
-    }
-    std::fill_n(variants_, count, VARIANT{});
-    std::fill_n(backing_, count, VARIANT{});
-    std::fill_n(passedTypes_, count, VARTYPE{VT_EMPTY});
+    if (count <= ownSlots) return;
+    moreVariants_ = std::make_unique<VARIANT[]>(2 * count);
+    moreTypes_ = std::make_unique<VARTYPE[]>(count);
+    variants_ = moreVariants_.get();
+    backing_ = variants_ + count;
+    passedTypes_ = moreTypes_.get();
 }
 
 COMCallArguments::~COMCallArguments() {
     for (std::size_t slot = firstUsed_; slot < slots(); ++slot)
-        clearSlot(slot);
+        if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt)) VariantClear(&owner);
+}
+
+void COMCallArguments::takeSlot() {
+    --firstUsed_;
+    variants_[firstUsed_] = VARIANT{};
+    backing_[firstUsed_] = VARIANT{};
+    passedTypes_[firstUsed_] = VT_EMPTY;
 }
 
 VARIANT& COMCallArguments::valueOf(std::size_t slot) {
@@ -51,7 +51,7 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
             continue;
         }
         if (++given >= inputCount) return;
-        --firstUsed_;
+        takeSlot();
         VARIANT& passed = variants_[firstUsed_];
         VARIANT& behind = backing_[firstUsed_];
         argument.converter->toVariant(inputs[given], &passed, &behind, argument.byReference);
@@ -63,7 +63,7 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
 }
 
 void COMCallArguments::fillOutput(const COMArgInfo& argument) {
-    --firstUsed_;
+    takeSlot();
     backing_[firstUsed_].vt = argument.converter->vartype;
     makeByRefVariant(&variants_[firstUsed_], &backing_[firstUsed_]);
     passedTypes_[firstUsed_] = variants_[firstUsed_].vt;
@@ -85,6 +85,8 @@ COMCallArguments::Output COMCallArguments::takeOutput() {
         const std::size_t slot = --nextOutput_;
         const COMArgInfo& argument = arguments_[slots() - 1 - slot];
         if (!argument.output) continue;
+        while (firstUsed_ > slot) // behind an input that wasn't given: empty
+            takeSlot();
         return {&valueOf(slot), argument.converter};
     }
     return {};

@@ -50,6 +50,8 @@ class COMCallArguments {
 
   private:
     std::size_t slots() const { return arguments_.size(); }
+    // Makes the next slot a used one, empty.
+    void takeSlot();
     void fillOutput(const COMArgInfo& argument);
     // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
     // type doesn't count.
@@ -67,6 +69,7 @@ class COMCallArguments {
     VARIANT* backing_ = ownVariants_ + ownSlots; // values behind by-reference slots
     VARTYPE* passedTypes_ = ownTypes_;           // of each slot, as the server was given it
 
+    // Only the used slots are ever written or read.
     VARIANT ownVariants_[2 * ownSlots];
     VARTYPE ownTypes_[ownSlots];
     std::unique_ptr<VARIANT[]> moreVariants_;

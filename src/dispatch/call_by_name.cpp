@@ -19,7 +19,8 @@ DISPID dispidOf(IDispatch* server, const char* name) {
     const _bstr_t text(name);
     LPOLESTR wide = text;
     DISPID dispid = DISPID_UNKNOWN;
-    const HRESULT hr = server->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_SYSTEM_DEFAULT, &dispid);
+    const HRESULT hr = askServer(
+        [&] { return server->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_SYSTEM_DEFAULT, &dispid); });
     if (FAILED(hr)) throwCOMError(hr, COMExcepInfo(false), 0, 0);
     return dispid;
 }
@@ -54,7 +55,7 @@ void callByName(hos::HOSInterfacePtr object, const char* name, WORD flags,
         hmsgcore::raise("VELMAR:UndefinedFunction",
                         VELMAR::ErrorRecovery::ValidArgumentTypeMissing("invoke"));
     if (!record->dispatch) hmsgcore::raise(VELMAR::COM::invalidmethodname());
-    const auto server = platform::ComPtr<IDispatch>::borrow(record->dispatch);
+    const auto server = ServerPtr<IDispatch>::borrow(record->dispatch);
     const DISPID dispid = dispidOf(server.get(), name);
 
     UntypedArguments arguments(inputCount, inputs);

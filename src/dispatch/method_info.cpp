@@ -2,11 +2,9 @@
 #include "dispatch/method_info.h"
 
 #include "classmodel/instance_record.h"
-#include "comruntime/com_error.h"
 #include "comruntime/interned.h"
-#include "comruntime/server_call.h"
+#include "dispatch/invoke_or_throw.h"
 #include "dispatch/member_value.h"
-#include "platform/holders.h"
 
 namespace axlink2 {
 namespace {
@@ -65,17 +63,9 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     // A call that asks for nothing still delivers its first output.
     if (*outputCount < 1 && (hasResult() || call.outputCount() > 0)) *outputCount = 1;
 
-    COMExcepInfo excepInfo(true);
-    UINT argumentError = 0;
     platform::ScopedVariant result;
     DISPPARAMS params = call.params();
-    const HRESULT hr =
-        guardedInvoke(record ? record->dispatch : nullptr, dispid, LOCALE_USER_DEFAULT, invokeKind,
-                      &params, result.inOut(), &excepInfo.info, &argumentError);
-    if (FAILED(hr)) {
-        (void)result.detach(); // an out-parameter of a failed call is not to be trusted
-        throwCOMError(hr, excepInfo, argumentError, call.count());
-    }
+    invokeOrThrow(record ? record->dispatch : nullptr, dispid, invokeKind, params, &result);
     if (call.outputCount() > 0) call.trimOutputs(*outputCount - (hasResult() ? 1 : 0));
     collectOutputs(object, *result.inOut(), call, *outputCount, outputs);
 }

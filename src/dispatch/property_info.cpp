@@ -2,12 +2,10 @@
 #include "dispatch/property_info.h"
 
 #include "classmodel/instance_record.h"
-#include "comruntime/com_error.h"
-#include "comruntime/server_call.h"
+#include "dispatch/invoke_or_throw.h"
 #include "dispatch/member_value.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
-#include "platform/holders.h"
 
 namespace axlink2 {
 namespace {
@@ -55,16 +53,9 @@ hos::MemberAccess COMIDispPropInfo::getSetAccess() const {
 
 hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface* object) {
     IDispatch* server = serverOf(object);
-    COMExcepInfo excepInfo(true);
-    UINT argumentError = 0;
     platform::ScopedVariant result;
     DISPPARAMS params{};
-    const HRESULT hr = guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
-                                     &params, result.inOut(), &excepInfo.info, &argumentError);
-    if (FAILED(hr)) {
-        (void)result.detach(); // an out-parameter of a failed call is not to be trusted
-        throwCOMError(hr, excepInfo, argumentError, 0);
-    }
+    invokeOrThrow(server, dispid, DISPATCH_PROPERTYGET, params, &result);
     if ((result->vt & VT_TYPEMASK) == VT_ERROR)
         throwCOMError(result->scode, COMExcepInfo(false), 0, 0);
     *out = propertyValue(*converter, *result.inOut(), hos::HOSInterfacePtr(object), name.c_str());
@@ -79,16 +70,11 @@ void COMIDispPropInfo::setValue(hos::HOSInterface* object, hos::HOSValue hostVal
     converter->toVariant(hostValue, value.inOut(), backing.inOut(), false);
     converter->retainForPut(value.inOut());
 
-    COMExcepInfo excepInfo(true);
-    UINT argumentError = 0;
     const WORD flags =
         access & DISPATCH_PROPERTYPUT ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYPUTREF;
     DISPID named = DISPID_PROPERTYPUT;
     DISPPARAMS params{value.inOut(), &named, 1, 1};
-    const HRESULT hr = guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, flags, &params, nullptr,
-                                     &excepInfo.info, &argumentError);
-    value.reset();
-    if (FAILED(hr)) throwCOMError(hr, excepInfo, argumentError, 1);
+    invokeOrThrow(server, dispid, flags, params, nullptr);
 }
 
 void COMIDispPropInfo::destroyValue(hos::HOSInterface*, hos::HOSValue value) {

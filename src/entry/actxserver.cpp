@@ -12,12 +12,9 @@
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/text.h"
-#include "platform/holders.h"
 
 namespace axlink2 {
 namespace {
-
-using platform::ComPtr;
 
 [[noreturn]] void raiseCreationFailure(HRESULT hr, const std::string& progId) {
     if (hr == CO_E_CLASSSTRING)
@@ -34,10 +31,11 @@ HRESULT initializeThread() {
 }
 
 // The first server of a ProgID, from whose type information the class is made.
-ComPtr<IDispatch> startFirstServer(const std::string& progId, const platform::OleString& machine) {
+ServerPtr<IDispatch> startFirstServer(const std::string& progId,
+                                      const platform::OleString& machine) {
     const _bstr_t wideProgId(progId.c_str());
     CLSID clsid{};
-    ComPtr<IDispatch> server;
+    ServerPtr<IDispatch> server;
     HRESULT hr = CLSIDFromProgID(wideProgId, &clsid);
     if (SUCCEEDED(hr)) hr = initializeThread();
     if (SUCCEEDED(hr)) hr = createServerDispatch(clsid, server.put(), machine);
@@ -46,10 +44,11 @@ ComPtr<IDispatch> startFirstServer(const std::string& progId, const platform::Ol
 }
 
 harray::unique_array furtherObject(hos::HOSClass* owner, const platform::OleString& machine) {
-    const NewObject made = makeObject(owner);
     const auto* info = static_cast<const COMCoclassClassInfo*>(owner->getClassInfo());
-    createInstanceServer(&made.record->dispatch, info->classId, machine);
-    return objectArray(made);
+    ServerPtr<IDispatch> server;
+    createInstanceServer(server.put(), info->classId, machine);
+    // The class is made from this server if an earlier attempt to make it has failed.
+    return objectOf(owner, std::move(server));
 }
 
 harray::unique_array createServerObject(const std::string& progId,

@@ -14,7 +14,7 @@ using harray::detail::reading;
 namespace {
 
 void requireClass(const hxArray* array, hxClassID classId, const char* operation) {
-    if (hxGetClassID(array) != classId) harray::detail::failWrongClass(operation, array);
+    if (reading(array).classId != classId) harray::detail::failWrongClass(operation, array);
 }
 
 hxArray& writingClass(hxArray* array, hxClassID classId, const char* operation) {

@@ -1,5 +1,4 @@
-// Memory of array headers: each thread keeps a few that ended for the next ones, and counts its
-// own.
+// Memory of array headers: each thread keeps some that ended for the next ones, and counts its own.
 #include "host/array_store.h"
 
 #include <memory>
@@ -13,7 +12,7 @@ namespace {
 #if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t mostKept = 0; // so that the use of an ended header shows
 #else
-constexpr std::size_t mostKept = 64;
+constexpr std::size_t mostKept = 1024; // which is about 150 kB
 #endif
 
 struct Kept {

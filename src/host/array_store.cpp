@@ -103,6 +103,12 @@ std::size_t checkedProduct(std::size_t a, std::size_t b) {
 }
 
 void setShape(hxArray& array, std::size_t rank, const std::size_t* extents) {
+    if (rank == 2 && array.rank == 2) { // the usual case
+        array.count = checkedProduct(extents[0], extents[1]);
+        array.extents[0] = extents[0];
+        array.extents[1] = extents[1];
+        return;
+    }
     while (rank > 2 && extents[rank - 1] == 1)
         --rank;
     const std::size_t rows = rank > 0 ? extents[0] : 1;
@@ -110,14 +116,14 @@ void setShape(hxArray& array, std::size_t rank, const std::size_t* extents) {
     std::size_t count = checkedProduct(rows, columns);
     std::unique_ptr<std::size_t[]> many;
     if (rank > 2) {
-        if (rank > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+        if (rank > std::numeric_limits<decltype(array.rank)>::max()) throw std::bad_alloc();
         many = std::make_unique<std::size_t[]>(rank);
         std::copy_n(extents, rank, many.get());
         for (std::size_t i = 2; i < rank; ++i)
             count = checkedProduct(count, extents[i]);
     }
     array.manyExtents = std::move(many);
-    array.rank = static_cast<std::uint32_t>(std::max<std::size_t>(rank, 2));
+    array.rank = static_cast<decltype(array.rank)>(std::max<std::size_t>(rank, 2));
     array.extents[0] = rows;
     array.extents[1] = columns;
     array.count = count;
@@ -197,16 +203,11 @@ const hxArray& emptyDouble() {
     return empty;
 }
 
-hxArray& writing(hxArray* array, const char* operation) {
-    if (!array) velmar::fail(velmar::keys::NullArray, operation);
-    unshare(*array);
-    return *array;
-}
+void failNull(const char* operation) { velmar::fail(velmar::keys::NullArray, operation); }
 
-void checkIndex(std::size_t index, std::size_t count) {
-    if (index >= count)
-        velmar::fail(velmar::keys::badsubscript, static_cast<std::int64_t>(index + 1),
-                     static_cast<std::int64_t>(count));
+void failIndex(std::size_t index, std::size_t count) {
+    velmar::fail(velmar::keys::badsubscript, static_cast<std::int64_t>(index + 1),
+                 static_cast<std::int64_t>(count));
 }
 
 void failWrongClass(const char* operation, const hxArray* array) {

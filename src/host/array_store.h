@@ -78,17 +78,17 @@ struct hxArray {
     hxClassID classId = hxDOUBLE_CLASS;
     harray::detail::ElementKind kind = harray::detail::ElementKind::Plain;
     bool complex = false;
-    std::uint32_t rank = 2;
+    std::uint16_t rank = 2;
     std::size_t extents[2] = {0, 0};
     std::unique_ptr<std::size_t[]> manyExtents; // all of them, when there are more than two
     std::size_t count = 0;                      // product of the extents
     std::size_t stored = 0;                     // elements in the store: fields and entries count
     void* store = nullptr;                      // the own place below, a block's, or null
     harray::detail::Block* block = nullptr;
-    alignas(16) std::byte own[16] = {};
     hos::id objectClass;                                      // arrays of objects
     std::shared_ptr<const harray::detail::FieldNames> fields; // structs
     std::unique_ptr<harray::detail::SparseIndex> sparse;      // sparse arrays
+    alignas(16) std::byte own[48] = {};                       // numbers, and texts of a few words
 
     hxArray() = default;
     hxArray(const hxArray&) = delete; // hxCreateSharedDataCopy is the way
@@ -141,11 +141,20 @@ const hxArray& emptyDouble();
 // `array`, or a 0-by-0 double for null.
 inline const hxArray& reading(const hxArray* array) { return array ? *array : emptyDouble(); }
 
+[[noreturn]] void failNull(const char* operation);
+[[noreturn]] void failIndex(std::size_t index, std::size_t count);
+
 // `array` for writing, unshared. Raises when it is null.
-hxArray& writing(hxArray* array, const char* operation);
+inline hxArray& writing(hxArray* array, const char* operation) {
+    if (!array) failNull(operation);
+    if (array->block) unshare(*array);
+    return *array;
+}
 
 // Raises when `index` isn't below `count`.
-void checkIndex(std::size_t index, std::size_t count);
+inline void checkIndex(std::size_t index, std::size_t count) {
+    if (index >= count) failIndex(index, count);
+}
 
 // Raises that `operation` isn't for arrays of this class.
 [[noreturn]] void failWrongClass(const char* operation, const hxArray* array);

@@ -59,6 +59,16 @@ std::vector<std::string> methodList(LiveClass& owner, bool full) {
     return lines;
 }
 
+auto& classDisplay() {
+    static std::function<std::string(const hxArray*)> display;
+    return display;
+}
+
+bool isLiveObject(const hxArray* array) {
+    const hos::HOSInterfacePtr object = hoGetArrayElement(array, 0);
+    return object && !object->isDeleted();
+}
+
 void methods(int outputCount, harray::unique_array* outputs, int inputCount,
              const hxArray* const* inputs) {
     requireInputs(inputCount, 1, 2);
@@ -68,6 +78,10 @@ void methods(int outputCount, harray::unique_array* outputs, int inputCount,
     if (!owner)
         fail(keys::NotAnObject, std::string("methods"), std::string(hxGetClassName(inputs[0])));
     const bool full = inputCount == 2 && nameOf(inputs[1]) == "-full";
+    if (outputCount == 0 && !full && classDisplay() && isLiveObject(inputs[0])) {
+        hrtPuts(classDisplay()(inputs[0]).c_str());
+        return;
+    }
     const std::vector<std::string> lines = methodList(*owner, full);
     if (outputCount == 0) {
         hrtPrintf("\nMethods for class %s:\n\n", owner->classId().c_str());
@@ -82,6 +96,10 @@ void methods(int outputCount, harray::unique_array* outputs, int inputCount,
 }
 
 } // namespace
+
+void setClassDisplay(std::function<std::string(const hxArray* object)> display) {
+    classDisplay() = std::move(display);
+}
 
 void defineBuiltinFunctions() {
     defineFunction("disp", disp);

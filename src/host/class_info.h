@@ -1,4 +1,5 @@
-// Descriptions of classes and namespaces that a module hands to the object system.
+// Descriptions of classes and namespaces that a module hands to the object system. The host calls
+// their virtual operations by position: none may be removed or moved.
 #pragma once
 
 #include "host/data_type.h"
@@ -13,7 +14,7 @@ namespace hos {
 class HOSPackage;
 struct HOSLoadInfo;
 
-// What stands behind a class: the host drives it through these operations, in this order.
+// What stands behind a class: the host drives it through these operations.
 class HOSClassInfo {
   public:
     static void* operator new(std::size_t size);

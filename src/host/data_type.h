@@ -1,4 +1,5 @@
-// Host data types, the conversions between them and arrays, and the repository that holds both.
+// Host data types, the conversions between them and arrays, and the repository that holds both. The
+// host and its modules call the virtual operations by position: none may be removed or moved.
 #pragma once
 
 #include "host/interface.h"

@@ -4,10 +4,43 @@
 #include "host/embedding.h"
 #include "host/text.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace velmar {
 namespace {
 
 using harray::detail::ElementKind;
+
+// Arrays of more elements than this are shown in part.
+constexpr std::size_t most = 10'000;
+constexpr std::size_t shownRows = 20;
+constexpr std::size_t shownColumns = 10;
+
+// The upper left corner of the first page, and how much it is of.
+std::string partText(const hxArray& array) {
+    const std::size_t rows = std::min(array.extents[0], shownRows);
+    const std::size_t columns = std::min(array.extents[1], shownColumns);
+    const bool isCell = array.classId == hxCELL_CLASS;
+    const std::size_t extents[] = {rows, columns};
+    harray::unique_array part =
+        isCell ? harray::unique_array(hxCreateCellArray(2, extents))
+               : harray::unique_array(hxCreateUninitNumericArray(
+                     2, extents, array.classId, array.complex ? hxCOMPLEX : hxREAL));
+    const std::size_t bytes = isCell ? 0 : harray::detail::elementBytes(array);
+    for (std::size_t column = 0; column < columns; ++column)
+        for (std::size_t row = 0; row < rows; ++row) {
+            const std::size_t from = row + column * array.extents[0];
+            const std::size_t to = row + column * rows;
+            if (isCell)
+                hxSetCell(part.get(), to, hxCreateSharedDataCopy(hxGetCell(&array, from)));
+            else
+                std::memcpy(part->elements<std::byte>() + to * bytes,
+                            array.elements<std::byte>() + from * bytes, bytes);
+        }
+    return displayText(part.get()) + "   ... the first " + extentsText(*part) + " of " +
+           extentsText(array) + " " + hxGetClassName(&array) + "\n";
+}
 
 // The rows of every page, one below the other.
 std::string charText(const hxArray& array) {
@@ -20,7 +53,7 @@ std::string charText(const hxArray& array) {
             std::u16string line;
             for (std::size_t column = 0; column < columns; ++column)
                 line += units[page + row + column * rows];
-            text += hsys::i18n::to_string(line) + "\n";
+            text += visibleText(line) + "\n";
         }
     return text;
 }
@@ -28,7 +61,7 @@ std::string charText(const hxArray& array) {
 std::string stringText(const hxArray& array) {
     std::vector<std::string> cells;
     for (const auto& text : hoststring::getString(&array)) {
-        const std::string narrow = text ? hsys::i18n::to_string(*text) : "<missing>";
+        const std::string narrow = text ? visibleText(*text) : "<missing>";
         cells.push_back(text && array.count > 1 ? '"' + narrow + '"' : narrow);
     }
     return array.count == 1 ? cells.front() + "\n" : gridText(array, cells, false);
@@ -68,6 +101,9 @@ std::string displayText(const hxArray* given) {
     if (array.kind == ElementKind::Object || array.kind == ElementKind::Function)
         return containerText(array);
     if (array.count == 0 && array.classId != hxSTRUCT_CLASS) return emptyText(array);
+    const bool isGrid = array.classId == hxCELL_CLASS ||
+                        (array.kind == ElementKind::Plain && array.classId != hxCHAR_CLASS);
+    if (isGrid && !array.sparse && array.count > most) return partText(array);
     if (array.kind == ElementKind::Array) return containerText(array);
     if (array.kind == ElementKind::String) return stringText(array);
     if (array.classId == hxCHAR_CLASS) return charText(array);

@@ -5,6 +5,8 @@
 #include "host/object_array.h"
 #include "host/text.h"
 
+#include <boost/algorithm/string/replace.hpp>
+
 #include <algorithm>
 
 namespace velmar {
@@ -17,9 +19,11 @@ constexpr std::size_t longestVector = 8;
 
 std::string quoted(std::u16string_view text, char quote) {
     const bool isLong = text.size() > longestText;
-    std::string narrow = hsys::i18n::to_string(text.substr(0, longestText));
-    std::ranges::replace(narrow, '\n', ' ');
-    return quote + narrow + (isLong ? "..." : "") + quote;
+    std::u16string part(text.substr(0, longestText));
+    if (isLong && part.back() >= 0xD800 && part.back() < 0xDC00) part.pop_back(); // half a pair
+    std::ranges::replace_if(
+        part, [](char16_t c) { return c == u'\n' || c == u'\t' || c == u'\r'; }, u' ');
+    return quote + visibleText(part) + (isLong ? "..." : "") + quote;
 }
 
 std::string vectorText(const hxArray& array) {
@@ -74,7 +78,7 @@ std::string structText(const hxArray& array) {
         width = std::max(width, name.size());
     for (std::size_t i = 0; i < names.size(); ++i)
         text += std::string(4 + width - names[i].size(), ' ') + names[i] + ": " +
-                summaryText(hxGetFieldByNumber(&array, 0, static_cast<int>(i))) + "\n";
+                fieldText(hxGetFieldByNumber(&array, 0, static_cast<int>(i))) + "\n";
     return text;
 }
 
@@ -94,6 +98,31 @@ std::string cellText(const hxArray& array) {
 }
 
 } // namespace
+
+std::string visibleText(std::u16string_view text) {
+    constexpr char16_t signOfNull = 0x2400; // of the others in the order of their codes
+    std::u16string visible(text);
+    boost::replace_all(visible, u"\r\n", u"\n");
+    for (char16_t& c : visible)
+        if (c < u' ' && c != u'\n' && c != u'\t') c = static_cast<char16_t>(signOfNull + c);
+    return hsys::i18n::to_string(visible);
+}
+
+std::string fieldText(const hxArray* given) {
+    const hxArray& array = harray::detail::reading(given);
+    const bool isList = array.classId == hxCELL_CLASS && array.rank == 2 &&
+                        (array.extents[0] == 1 || array.extents[1] == 1) &&
+                        array.count <= longestVector;
+    if (array.classId == hxCELL_CLASS && array.count == 0 && array.rank == 2) return "{}";
+    if (!isList) return summaryText(given);
+    std::string text = "{";
+    for (std::size_t i = 0; i < array.count; ++i) {
+        const hxArray* element = hxGetCell(&array, i);
+        if (harray::detail::reading(element).kind == ElementKind::Array) return summaryText(given);
+        text += (i ? ", " : "") + summaryText(element);
+    }
+    return text.size() <= longestText ? text + "}" : summaryText(given);
+}
 
 std::string summaryText(const hxArray* given) {
     const hxArray& array = harray::detail::reading(given);

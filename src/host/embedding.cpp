@@ -15,11 +15,10 @@ namespace {
 Arrays callHandle(Hfunction_handle& handle, int outputCount,
                   const std::vector<const hxArray*>& inputs) {
     std::vector<hxArray*> results(static_cast<std::size_t>(std::max(outputCount, 1)));
+    Arrays arrays(results.size());
     handle.call(outputCount, results.data(), static_cast<int>(inputs.size()), inputs.data());
-    Arrays arrays;
-    arrays.reserve(results.size());
-    for (hxArray* result : results)
-        arrays.emplace_back(result);
+    for (std::size_t i = 0; i < results.size(); ++i)
+        arrays[i].reset(results[i]);
     if (outputCount <= 0 && !arrays.front()) arrays.clear();
     return arrays;
 }

@@ -70,14 +70,30 @@ void setOutput(std::function<void(std::string_view)> writer);
 void setWarningWriter(
     std::function<void(const std::string& identifier, const std::u16string& text)> writer);
 
+// Warnings go nowhere while one of these lives.
+class QuietWarnings {
+  public:
+    QuietWarnings();
+    QuietWarnings(const QuietWarnings&) = delete;
+    QuietWarnings& operator=(const QuietWarnings&) = delete;
+    ~QuietWarnings();
+};
+
 // Any array as a person reads it, one or more lines, each ended: what `disp` prints.
 std::string displayText(const hxArray* array);
+// A value on one line: 5, 'text', [1 2 3], {1, 'a'}; what is longer by its shape: [3x4 double].
+std::string fieldText(const hxArray* array);
+
+// How `methods(object)` shows an object's class when no output is wanted, written with `hrtPuts`;
+// by default as a list of its methods.
+void setClassDisplay(std::function<std::string(const hxArray* object)> display);
 
 // An error of the embedding program or the language, with an identifier of its own.
 [[noreturn]] void raiseError(const std::string& identifier, const std::string& text);
 
 // The identifier and text of any exception. Errors of the host and the module have their own;
-// a COM support error is "VELMAR:COM:E" and its code, anything else "VELMAR:internal".
+// a COM support error is "VELMAR:COM:E" and its code, a lack of memory "VELMAR:nomem", anything
+// else "VELMAR:internal".
 struct ErrorText {
     std::string identifier;
     std::string text;

@@ -59,7 +59,7 @@ ErrorText describeError(std::exception_ptr error) {
         const auto code = static_cast<std::uint32_t>(failed.Error());
         return {"VELMAR:COM:E" + std::to_string(code), narrowText(failed.ErrorMessage())};
     } catch (const std::bad_alloc&) {
-        return {internal, "There is not enough memory."};
+        return {"VELMAR:nomem", "There is not enough memory."};
     } catch (const std::exception& failed) {
         return {internal, failed.what()};
     } catch (...) {

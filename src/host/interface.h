@@ -1,4 +1,5 @@
-// Objects of the host and the handles that keep them.
+// Objects of the host and the handles that keep them. Modules call the virtual operations by
+// position: none may be removed or moved.
 #pragma once
 
 #include "host/interned.h"

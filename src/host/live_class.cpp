@@ -27,9 +27,10 @@ hos::HOSIterator facesOf(Members& members, hos::FaceKind kind) {
 
 } // namespace
 
-LiveClass::LiveClass(hos::HOSClassInfo* info, hos::HOSPackage* package,
+LiveClass::LiveClass(std::unique_ptr<hos::HOSClassInfo> info, hos::HOSPackage* package,
                      const std::string& qualifiedName)
-    : info_(info), package_(package), id_(hos::internal::makeInterned(std::string(qualifiedName))),
+    : info_(std::move(info)), package_(package),
+      id_(hos::internal::makeInterned(std::string(qualifiedName))),
       face_(new hos::Face(hos::FaceKind::Class, static_cast<hos::HOSClass*>(this))),
       constructor_(makeConstructor(*this)) {}
 
@@ -43,11 +44,24 @@ hos::id* LiveClass::getID(hos::id* out) const {
 void LiveClass::populate() {
     if (state_ != State::Empty) return;
     state_ = State::Populating;
-    struct Closing {
-        State& state;
-        ~Closing() { state = State::Populated; }
-    } closing{state_};
-    info_->populateClass(this, nullptr);
+    try {
+        info_->populateClass(this, nullptr);
+        state_ = State::Populated;
+    } catch (...) {
+        forgetMembers();
+        state_ = State::Empty;
+        throw;
+    }
+}
+
+void LiveClass::forgetMembers() {
+    superclasses_.clear();
+    propertiesByName_.clear();
+    methodsByName_.clear();
+    groups_.clear();
+    properties_.clear();
+    methods_.clear();
+    events_.clear();
 }
 
 hos::HOSInterfacePtr* LiveClass::newInstance(hos::HOSInterfacePtr* out) {

@@ -20,8 +20,9 @@ struct Member {
 
 class LiveClass final : public hos::HOSClass {
   public:
-    // Takes ownership of the description. `package` is null for a class outside any.
-    LiveClass(hos::HOSClassInfo* info, hos::HOSPackage* package, const std::string& qualifiedName);
+    // `package` is null for a class outside any.
+    LiveClass(std::unique_ptr<hos::HOSClassInfo> info, hos::HOSPackage* package,
+              const std::string& qualifiedName);
     ~LiveClass() override;
 
     hos::HOSInterfacePtr* newInstance(hos::HOSInterfacePtr* out) override;
@@ -44,7 +45,7 @@ class LiveClass final : public hos::HOSClass {
 
     hos::id classId() const { return id_; }
     const hos::HOSInterfacePtr& face() const { return face_; }
-    // Adds the members, once.
+    // Adds the members, once. An attempt that fails leaves none, and the next one starts over.
     void populate();
 
     struct Property : Member<hos::HOSPropInfo> {
@@ -64,6 +65,7 @@ class LiveClass final : public hos::HOSClass {
     std::vector<hos::HOSMethodInfo*> allMethods();
 
   private:
+    void forgetMembers();
     void requirePopulating(const char* operation) const;
     std::vector<LiveClass*> superclasses() const;
     void collect(hos::id name, std::vector<hos::HOSMethodInfo*>& methods);

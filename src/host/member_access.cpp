@@ -50,8 +50,11 @@ harray::unique_array readProperty(hos::HOSInterface& object, hos::id name, const
         hos::HOSPropInfo* info;
         hos::HOSInterface* object;
         hos::HOSValue value;
-        ~Ending() { info->destroyValue(object, value); }
-    } ending{property.info, &object, value};
+        bool isOwned;
+        ~Ending() {
+            if (isOwned) info->destroyValue(object, value);
+        }
+    } ending{property.info, &object, value, !property.type->isWord};
     if (!property.type->conversion) fail(keys::UnknownType, property.type->name.str());
     hxArray* array = nullptr;
     property.type->conversion->convertToHost(&array, value);

@@ -1,4 +1,5 @@
-// Descriptions of methods, properties and events that a module hands to a class.
+// Descriptions of methods, properties and events that a module hands to a class. The host calls
+// their virtual operations by position: none may be removed or moved.
 #pragma once
 
 #include "host/data_type.h"

@@ -22,6 +22,7 @@ void writeToStandardOutput(std::string_view text) {
 }
 
 void warnOnStandardError(const std::string& identifier, const std::u16string& text) {
+    std::fflush(stdout); // what was printed before it comes before it
     std::fprintf(stderr, "Warning: %s [%s]\n", platform::utf8FromUtf16(text).c_str(),
                  identifier.c_str());
 }
@@ -39,7 +40,12 @@ std::shared_ptr<const WarningWriter>& warningWriter() {
     return the;
 }
 
+int quietScopes = 0;
+
 } // namespace
+
+QuietWarnings::QuietWarnings() { ++quietScopes; }
+QuietWarnings::~QuietWarnings() { --quietScopes; }
 
 void setOutput(std::function<void(std::string_view)> next) {
     writer() = std::make_shared<const Writer>(next ? std::move(next) : writeToStandardOutput);
@@ -85,6 +91,7 @@ void hxWarningMsgId(const hmsgcore::BaseMsgID& message) {
 
 void hxWarningMsgId(const std::string& identifier, const hmsgcore::BaseMsgID& message) {
     using namespace hsys::i18n;
+    if (velmar::quietScopes > 0) return;
     const auto running = velmar::warningWriter();
     (*running)(identifier, MessageCatalog::get_message(message, HsysLocale::global()));
 }

@@ -56,7 +56,7 @@ struct Registry {
     void add(hos::HOSClassInfo* info, hos::HOSPackage* package, const std::string& name) {
         std::unique_ptr<hos::HOSClassInfo> owned(info);
         std::unique_ptr<LiveClass>& slot = classes[hos::internal::makeInterned(std::string(name))];
-        if (!slot) slot = std::make_unique<LiveClass>(owned.release(), package, name);
+        if (!slot) slot = std::make_unique<LiveClass>(std::move(owned), package, name);
     }
 };
 

@@ -126,8 +126,9 @@ void HOSTypeRepository::addConversion(id from, id to, HOSTypeConversion* convers
     std::unique_ptr<HOSTypeConversion> owned(conversion);
     if (getConversion(from, to)) return;
     velmar::Repository& all = velmar::repository();
-    if (from == all.any) all.entry(to).conversion = conversion;
+    velmar::TypeEntry* const entry = from == all.any ? &all.entry(to) : nullptr;
     all.conversions[{from, to}] = std::move(owned);
+    if (entry) entry->conversion = conversion;
 }
 
 } // namespace hos

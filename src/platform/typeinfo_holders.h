@@ -2,14 +2,15 @@
 #pragma once
 
 #include "platform/com.h"
+#include "platform/guarded_call.h"
 
 #include <utility>
 
 namespace platform {
 
 // Source is the interface that gives the description, Release its call that takes it back. The
-// source must outlive the holder. A call that fails, or succeeds with a null description, leaves
-// the holder empty.
+// source must outlive the holder. A call that fails, a fault in it included, or succeeds with a
+// null description, leaves the holder empty.
 template <class Source, class Desc, void (STDMETHODCALLTYPE Source::*Release)(Desc*)>
 class DescHolder {
   public:
@@ -22,7 +23,9 @@ class DescHolder {
             return;
         }
         source_ = source;
-        hr_ = (source->*get)(args..., &desc_);
+        if (guarded([&] { hr_ = (source->*get)(args..., &desc_); })) {
+            hr_ = E_FAIL;
+        }
         if (FAILED(hr_)) {
             desc_ = nullptr;
         }
@@ -32,7 +35,7 @@ class DescHolder {
     DescHolder& operator=(DescHolder&&) = delete;
     ~DescHolder() {
         if (desc_) {
-            (source_->*Release)(desc_);
+            guarded([this] { (source_->*Release)(desc_); });
         }
     }
 

@@ -84,15 +84,6 @@ TEST_F(BuiltinMembers, DeclareTheirSignaturesInOrder) {
               (Lines{"saveobj: COM.Test_Thing -> any", "loadobj: COM.Test_Thing -> any"}));
 }
 
-TEST_F(BuiltinMembers, SayThatTheyAreNotAvailableYet) {
-    const Array text(hxCreateString("x"));
-    for (const char* name : {"save", "load"}) {
-        const auto error = describedErrorOf([&] { call(object, name, 0, {text.get()}); });
-        EXPECT_EQ(error.identifier, "VELMAR:COM:notavailable") << name << ": " << error.text;
-        EXPECT_NE(error.text.find(name), std::string::npos);
-    }
-}
-
 TEST_F(BuiltinMembers, ConstructAServerForAnObjectThatTheHostHasMade) {
     hos::HOSInterfacePtr made;
     owner->newInstance(&made);

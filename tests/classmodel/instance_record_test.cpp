@@ -1,5 +1,4 @@
-// An object's record: what it owns, and when it lets go.
-#include "classmodel/class_description.h"
+// An object's record: the order in which it lets go, and who has one.
 #include "classmodel/instance_record.h"
 #include "support/server_fixture.h"
 
@@ -8,50 +7,7 @@ namespace {
 using namespace axlink2;
 using namespace axlink2::test;
 
-class Plain : public kit::DispatchObject {
-  public:
-    Plain() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Plain>("Plain", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA041"),
-                                     kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA042"))
-                .build();
-        return *made;
-    }
-};
-
 struct InstanceRecord : ServerTest {};
-
-ULONG references(IDispatch* object) {
-    object->AddRef();
-    return object->Release();
-}
-
-TEST_F(InstanceRecord, OwnsOneReferenceFromTheFirstObjectOn) {
-    for (int i = 0; i < 2; ++i) {
-        const Array object = i == 0 ? start<Plain>("Test.Plain") : startRegistered("Test.Plain");
-        const COMInstanceRecord* record = recordOf(hoGetArrayElement(object.get(), 0));
-        ASSERT_NE(record, nullptr);
-        EXPECT_EQ(references(record->dispatch), 1u);
-        EXPECT_EQ(record->sink, nullptr);
-        EXPECT_EQ(record->connectionPoint, nullptr);
-        EXPECT_TRUE(record->parents.empty() && record->children.empty());
-    }
-}
-
-TEST_F(InstanceRecord, LetsGoWhenTheObjectEndsAndNotWithTheArray) {
-    Array object = start<Plain>("Test.Plain");
-    const int before = kit::liveObjects();
-    const Array copy(hxCreateSharedDataCopy(object.get()));
-    object.reset();
-    EXPECT_EQ(kit::liveObjects(), before);
-    const hos::HOSInterfacePtr handle = hoGetArrayElement(copy.get(), 0);
-    handle->destroy(hos::HOSGetPublicClient());
-    EXPECT_EQ(kit::liveObjects(), before - 1);
-    EXPECT_TRUE(handle->isDeleted());
-    handle->destroy(hos::HOSGetPublicClient());
-    EXPECT_EQ(kit::liveObjects(), before - 1);
-}
 
 TEST_F(InstanceRecord, ReleasesSinkServerAndConnectionPointInThisOrder) {
     std::vector<std::string> order;

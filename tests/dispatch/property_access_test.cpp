@@ -202,8 +202,8 @@ class PutOnly : public kit::DispatchObject {
     PutOnly() : DispatchObject(definition()) {}
     static const kit::ClassDefinition& definition() {
         static const auto made =
-            kit::ClassBuilder<PutOnly>("PutOnly", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E021"),
-                                       kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E022"))
+            kit::ClassBuilder<PutOnly>("PutOnly", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E031"),
+                                       kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E032"))
                 .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
                      [](PutOnly&, kit::Call&) { return S_OK; })
                 .build();

@@ -245,12 +245,4 @@ TEST_F(ActXServerStarted, KeepsNoServerForAProgIdThatItsClassNameDoesNotGiveBack
               "COM.Test__One_Server___2");
 }
 
-TEST_F(ActXServerStarted, DropsTheObjectWhenALaterServerDoesNotStart) {
-    const Array first = createWith("Test.Simple");
-    const std::size_t objects = velmar::liveObjectCount();
-    EXPECT_EQ(failure(1, text("Test.Simple"), text("elsewhere")),
-              "VELMAR:COM:servercreationfailed");
-    EXPECT_EQ(velmar::liveObjectCount(), objects);
-}
-
 } // namespace

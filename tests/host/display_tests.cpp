@@ -16,6 +16,13 @@ unique_array matrix(std::size_t rows, std::size_t columns, const std::vector<dou
     return array;
 }
 
+unique_array list(const std::vector<const char*>& texts) {
+    unique_array cell(hxCreateCellMatrix(1, texts.size()));
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        hxSetCell(cell.get(), i, text(texts[i]).release());
+    return cell;
+}
+
 } // namespace
 
 class Display : public HostTest {};
@@ -72,6 +79,9 @@ TEST_F(Display, OfText) {
     EXPECT_EQ(shown(text("")), "\n");
     EXPECT_EQ(shown(unique_array(hxCreateCharMatrix({u"ab", u"c"}))), "ab\nc \n");
     EXPECT_EQ(shown(string(u"abc")), "abc\n");
+    EXPECT_EQ(shown(harray::create({u"a\0b\x1B[c\r\n\td\r", 11})),
+              "a\xE2\x90\x80"
+              "b\xE2\x90\x9B[c\n\td\xE2\x90\x8D\n");
     EXPECT_EQ(shown(hoststring::createStringArray(1, 3, {u"a", std::nullopt, u"\u00fc"})),
               "   \"a\"   <missing>   \"\xC3\xBC\"\n");
     EXPECT_EQ(shown(hoststring::createStringArray(0, 1, {})), "   0x1 empty string\n");
@@ -89,6 +99,20 @@ TEST_F(Display, OfStructsAndCellsSummarisesWhatTheyHold) {
                              "      grid: [3x4 single]\n"
                              "    longer: [1 2]\n"
                              "      hole: []\n");
+    hxSetField(record.get(), 0, "text",
+               text((std::string(59, 'x') + "\xF0\x9D\x84\x9E").c_str()).release());
+    hxSetField(record.get(), 0, "grid", harray::create({u"a\n\0", 3}).release());
+    hxSetField(record.get(), 0, "longer", hxCreateCellMatrix(0, 0));
+    hxSetField(record.get(), 0, "n", list({"red", "green"}).release());
+    const std::string wide(58, 'y');
+    hxSetField(record.get(), 0, "hole", list({wide.c_str(), "z"}).release());
+    EXPECT_EQ(shown(record), "         n: {'red', 'green'}\n"
+                             "      text: '" +
+                                 std::string(59, 'x') +
+                                 "...'\n"
+                                 "      grid: 'a \xE2\x90\x80'\n"
+                                 "    longer: {}\n"
+                                 "      hole: {1x2 cell}\n");
     EXPECT_EQ(shown(unique_array(hxCreateStructMatrix(1, 2, 1, names))),
               "  1x2 struct with fields:\n    n\n");
 
@@ -105,6 +129,40 @@ TEST_F(Display, OfStructsAndCellsSummarisesWhatTheyHold) {
     EXPECT_EQ(shown(cell), "   {1x1 struct}   {1x2 cell}   {'a x b]'}\n"
                            "   {\"s\"}          {[1 2]}      {@(x) x}\n");
     EXPECT_EQ(shown(unique_array(hxCreateCellMatrix(0, 0))), "   {}\n");
+}
+
+TEST_F(Display, OfLargeArraysIsAPart) {
+    const unique_array large = zeros(2000, 6);
+    static_cast<double*>(hxGetWritableData(large.get()))[2001] = 7;
+    const std::string numbers = shown(large);
+    EXPECT_TRUE(numbers.starts_with("   0   0   0   0   0   0\n   0   7   0")) << numbers;
+    EXPECT_TRUE(numbers.ends_with("\n   ... the first 20x6 of 2000x6 double\n")) << numbers;
+    EXPECT_EQ(std::ranges::count(numbers, '\n'), 21);
+
+    const unique_array cell(hxCreateCellMatrix(1, 20000));
+    hxSetCell(cell.get(), 9, text("tenth").release());
+    const std::string cells = shown(cell);
+    EXPECT_NE(cells.find("{[]}   {'tenth'}\n   ... the first 1x10 of 1x20000 cell\n"),
+              std::string::npos)
+        << cells;
+    EXPECT_EQ(shown(zeros(1, 10000, hxINT8_CLASS)).find("..."), std::string::npos);
+}
+
+TEST_F(Display, OfClassesIsTheEmbeddingPrograms) {
+    const MethodSpec go{"Go", {"class"}};
+    const TestClass plain({{go}});
+    const unique_array object = plain.makeArray();
+    std::string written;
+    velmar::setOutput([&](std::string_view part) { written += part; });
+    velmar::setClassDisplay(
+        [](const hxArray* one) { return hxGetClassName(one) + std::string("!"); });
+    velmar::call("methods", 0, {object.get()});
+    velmar::setClassDisplay({});
+    const std::string own = std::exchange(written, "");
+    velmar::call("methods", 0, {object.get()});
+    velmar::setOutput({});
+    EXPECT_EQ(own, plain.id().str() + "!");
+    EXPECT_EQ(written, "\nMethods for class " + plain.id().str() + ":\n\nGo\n\n");
 }
 
 TEST_F(Display, OfObjectsAsksTheirClass) {

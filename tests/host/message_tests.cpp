@@ -93,7 +93,7 @@ TEST_F(Messages, ErrorsOfAnyKindAreDescribed) {
     expect([] { hmsgcore::raise("Other:id", VELMAR::COM::numargs()); }, "Other:id", "inputs");
     expect([] { velmar::raiseError("My:id", "mine"); }, "My:id", "mine");
     expect([] { _com_issue_error(E_OUTOFMEMORY); }, "VELMAR:COM:E2147942414", "");
-    expect([] { throw std::bad_alloc(); }, "VELMAR:internal", "memory");
+    expect([] { throw std::bad_alloc(); }, "VELMAR:nomem", "memory");
     expect([] { throw std::runtime_error("odd"); }, "VELMAR:internal", "odd");
     expect([] { throw 3; }, "VELMAR:internal", "unknown");
     expect([] { harray::detail::error_minrhs(); }, "VELMAR:minrhs", "inputs");

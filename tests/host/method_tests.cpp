@@ -207,16 +207,3 @@ TEST_F(Methods, AClassNameCallsItsConstructorOnANewObject) {
               "VELMAR:NoMatchingSignature");
     EXPECT_EQ(errorOf([&] { velmar::call(bare.id().str(), 1, {}); }), "VELMAR:class:NoConstructor");
 }
-
-TEST_F(Methods, ListsOfMethodsLeaveHiddenOnesOut) {
-    const TestClass shape({{answering(1, {"class"}),
-                            answering(2, {"class", "any"}),
-                            {"secret", {"class"}, {}, {}, 0, false, false, 1}}});
-    const unique_array object = shape.makeArray();
-    const velmar::Arrays names = velmar::call("methods", 1, {object.get()});
-    ASSERT_EQ(hxGetNumberOfElements(names[0].get()), 1u);
-    EXPECT_EQ(textOf(hxGetCell(names[0].get(), 0)), "pick");
-    const unique_array full = text("-full");
-    const velmar::Arrays lines = velmar::call("methods", 1, {object.get(), full.get()});
-    EXPECT_EQ(textOf(hxGetCell(lines[0].get(), 1)), "any = pick(" + shape.id().str() + ", any)");
-}

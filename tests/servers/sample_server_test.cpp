@@ -324,6 +324,51 @@ TEST_F(SampleServer, FiresItsEvents) {
     EXPECT_EQ(point->Unadvise(cookie), S_OK);
 }
 
+TEST_F(SampleServer, FiresEventsOfEverySort) {
+    const auto container = platform::queryInterface<IConnectionPointContainer>(
+        server.get(), IID_IConnectionPointContainer);
+    ComPtr<IConnectionPoint> point;
+    ASSERT_EQ(container->FindConnectionPoint(sample::eventsInterface, point.put()), S_OK);
+    DWORD cookie = 0;
+    ASSERT_EQ(point->Advise(kit::createDispatch<Sink>().get(), &cookie), S_OK);
+    kit::CallLog log;
+    const struct {
+        const OLECHAR* method;
+        DISPID dispid;
+        std::vector<VARTYPE> types; // as in rgvarg: last first
+    } cases[] = {
+        {OLESTR("FireEverything"),
+         sample::everythingEvent,
+         {VT_I4,   VT_UNKNOWN, VT_DISPATCH, VT_R8,  VT_HRESULT, VT_ERROR, VT_BOOL, VT_BSTR,
+          VT_DATE, VT_DECIMAL, VT_CY,       VT_R8,  VT_R4,      VT_UINT,  VT_INT,  VT_UI8,
+          VT_I8,   VT_UI4,     VT_I4,       VT_UI2, VT_I2,      VT_UI1,   VT_I1}},
+        {OLESTR("FireAsked"),
+         sample::askedEvent,
+         {VT_BYREF | VT_BOOL, VT_BYREF | VT_BSTR, VT_BYREF | VT_I4}},
+        {OLESTR("FireTooFew"), sample::renamedEvent, {VT_BSTR}},
+        {OLESTR("FireTooMany"), sample::renamedEvent, {VT_BSTR, VT_BSTR, VT_BSTR}},
+    };
+    for (const auto& row : cases) {
+        log.clear();
+        EXPECT_EQ(method(server.get(), row.method).hr, S_OK);
+        ASSERT_EQ(log.calls().size(), 1u);
+        EXPECT_EQ(log.calls()[0].dispid, row.dispid);
+        std::vector<VARTYPE> types;
+        for (const auto& argument : log.calls()[0].arguments)
+            types.push_back(argument.vt);
+        EXPECT_EQ(types, row.types);
+        EXPECT_TRUE(log.calls()[0].named.empty());
+    }
+    log.clear();
+    method(server.get(), OLESTR("FireNamed"), text(OLESTR("a")), text(OLESTR("b")));
+    ASSERT_EQ(log.calls().size(), 1u);
+    EXPECT_EQ(log.calls()[0].named, (std::vector<DISPID>{0, 1}));
+    EXPECT_EQ(platform::viewOf(log.calls()[0].arguments.at(0).value->bstrVal), OLESTR("a"));
+    EXPECT_EQ(method(server.get(), OLESTR("FireUnderWrongInterface")).text(), "3:-2147352575");
+    EXPECT_EQ(log.calls().back().riid, sample::eventsInterface);
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+}
+
 TEST_F(SampleServer, OffersOneLibraryForItsClasses) {
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(server->GetTypeInfo(0, 0, info.put()), S_OK);

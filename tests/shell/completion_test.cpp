@@ -16,17 +16,36 @@ using testing::Not;
 TEST(Completion, OffersNamesAndMembers) {
     defineWidgets();
     SourceRunner runner;
-    runner.run(
-        "number1 = 1; s.alpha = 1; s.beta.gamma = 2; h = widget('a'); h.Child = widget('b');");
-    const Variables& variables = runner.session().variables();
-    EXPECT_THAT(complete(variables, "nu"), ElementsAre("num2str", "number1", "numel"));
-    EXPECT_THAT(complete(variables, "whi"), ElementsAre("while"));
-    EXPECT_THAT(complete(variables, "s."), ElementsAre("s.alpha", "s.beta"));
-    EXPECT_THAT(complete(variables, "s.beta.g"), ElementsAre("s.beta.gamma"));
-    EXPECT_THAT(complete(variables, "h.Na"), ElementsAre("h.Name"));
-    EXPECT_THAT(complete(variables, "h.Child.S"), ElementsAre("h.Child.Size", "h.Child.Split"));
-    EXPECT_THAT(complete(variables, "nothing."), IsEmpty());
-    EXPECT_THAT(complete(variables, "number1."), IsEmpty());
+    runner.run("number1 = 1; s.alpha = 1; s.beta.gamma = 2; h = widget('a'); "
+               "h.Child = widget('b'); ended = widget('c'); ended.delete()");
+    const auto completed = [&](const char* word) {
+        return complete(runner.session().variables(), "x = ", word);
+    };
+    EXPECT_THAT(completed("nu"), ElementsAre("num2str", "number1", "numel"));
+    EXPECT_THAT(completed("whi"), ElementsAre("while"));
+    EXPECT_THAT(completed("s."), ElementsAre("s.alpha", "s.beta"));
+    EXPECT_THAT(completed("s.beta.g"), ElementsAre("s.beta.gamma"));
+    EXPECT_THAT(completed("h.Na"), ElementsAre("h.Name"));
+    EXPECT_THAT(completed("h.Child.S"), ElementsAre("h.Child.Size", "h.Child.Split"));
+    for (const char* word : {"nothing.", "number1.", "ended.", "h.Size."})
+        EXPECT_THAT(completed(word), IsEmpty()) << word;
+}
+
+TEST(Completion, OffersInQuotesWhatBelongsThere) {
+    defineWidgets();
+    SourceRunner runner;
+    runner.run("h = widget('a'); h.Child = widget('b');");
+    const auto completed = [&](const char* before, const char* word) {
+        return complete(runner.session().variables(), before, word);
+    };
+    EXPECT_THAT(completed("h.Finish = '", ""), ElementsAre("glossy", "matt"));
+    EXPECT_THAT(completed("x = 1; h.Child.Finish = \"", "ma"), ElementsAre("matt"));
+    EXPECT_THAT(completed("set(h, 'Finish', '", "g"), ElementsAre("glossy"));
+    EXPECT_THAT(completed("disp(get(h.Child, '", "S"), ElementsAre("Size"));
+    EXPECT_THAT(completed("invoke( h , '", "S"), ElementsAre("Split"));
+    EXPECT_THAT(completed("l = addlistener(h, \"", ""), ElementsAre("Ticked"));
+    EXPECT_THAT(completed("h.Name = '", "whi"), ElementsAre("while"));
+    EXPECT_THAT(completed("get(nothing, '", "whi"), ElementsAre("while"));
 }
 
 TEST(Console, KnowsWhichEntriesNeedMoreLines) {

@@ -43,6 +43,47 @@ TEST_F(Objects, MembersAreReadAndCalledInChains) {
     });
 }
 
+TEST_F(Objects, NamedAloneShowWhatTheyHave) {
+    const char* overview = "h = Test.Widget object\n"
+                           "\nProperties\n"
+                           "  Name    'a'                any\n"
+                           "  Child   [1x1 Test.Widget]  any\n"
+                           "  Size    [3 4]              any     read only\n"
+                           "  Finish  <It is wet.>       Finish  read only\n"
+                           "\nMethods\n"
+                           "  Add     Split   Item    Fire    delete\n"
+                           "\nEvents\n"
+                           "  Ticked\n"
+                           "\nmethods(h) shows how they are called.\n";
+    const char* classTables = "Test.Widget\n"
+                              "\nMethods\n"
+                              "  any = Add(double scalar, double scalar)\n"
+                              "  [any, any] = Split(double scalar)\n"
+                              "  any = Item(double scalar)\n"
+                              "  Fire(double scalar)\n"
+                              "  delete()\n"
+                              "\nProperties\n"
+                              "  Name    any     read-write\n"
+                              "  Child   any     read-write\n"
+                              "  Size    any     read\n"
+                              "  Finish  Finish  read\n"
+                              "\nEvents\n"
+                              "  EventID   Ticked\n"
+                              "\nEnumerations\n"
+                              "  Finish  glossy  0\n"
+                              "          matt    1\n";
+    expectSeenBehindPrologue({
+        {"an object", "h", overview},
+        {"its class", "methods(h)", classTables},
+        {"the names of methods", "m = methods(h); disp(m{1})", "Add\n"},
+        {"other expressions", "h.Child\nx = h",
+         "ans = Test.Widget object\nx = Test.Widget object\n"},
+        {"several objects", "v = [h h.Child];\nv", "v = 1x2 Test.Widget array\n"},
+        {"an object that has ended", "delete(h)\nh",
+         "h = handle to a deleted Test.Widget object\n"},
+    });
+}
+
 TEST_F(Objects, MembersAreAssigned) {
     expectSeenBehindPrologue({
         {"property", "h.Name = 'x'; disp(h.Name)", "x\n"},
@@ -72,6 +113,13 @@ TEST_F(Objects, ListenersRunUntilTheyAreDeleted) {
          "l = addlistener(h, 'Ticked', @(s, e) disp(e.Count)); h.Fire(1); delete(l); "
          "h.Fire(2); disp(isvalid(l))",
          "1\n0\n"},
+        {"enabled or not",
+         "l = addlistener(h, 'Ticked', @(s, e) disp(e.Count)); l.Enabled = false; h.Fire(1); "
+         "disp(l.Enabled), l.Enabled = 1; h.Fire(2); delete(h); disp(l.Enabled)",
+         "0\n2\n0\n"},
+        {"enabled by no number", "l = addlistener(h, 'Ticked', @disp); l.Enabled = 'no';",
+         "A value that is 1-by-2 char can't be converted to logical scalar. "
+         "(VELMAR:array:WrongConversion)\n"},
         {"a listener that fails is a warning",
          "addlistener(h, 'Ticked', @(s, e) unknown); addlistener(h, 'Ticked', @(s, e) disp('on'));"
          "h.Fire(1)",

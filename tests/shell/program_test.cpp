@@ -112,15 +112,33 @@ TEST_F(Program, RunsTheFirstTour) {
         EXPECT_NE(outcome.seen.find(line), std::string::npos) << line << outcome.seen;
 }
 
-// Line by line what the example's own record says.
-TEST_F(Program, ShowsHowValuesCross) {
+// Line by line what the examples' own records say.
+TEST_F(Program, ShowsWhatTheExamplesRecord) {
     const fs::path examples = VELSH_EXAMPLES;
-    std::ifstream recorded(examples / "values.out", std::ios::binary);
-    const std::string expected((std::istreambuf_iterator<char>(recorded)), {});
-    const Outcome outcome = run(sampleServer() + quoted(examples / "values.vel"));
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_FALSE(expected.empty());
-    EXPECT_EQ(outcome.seen, expected);
+    for (const std::string name : {"values", "builtins", "events"}) {
+        std::ifstream recorded(examples / (name + ".out"), std::ios::binary);
+        const std::string expected((std::istreambuf_iterator<char>(recorded)), {});
+        const Outcome outcome = run(sampleServer() + quoted(examples / (name + ".vel")));
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_FALSE(expected.empty());
+        EXPECT_EQ(outcome.seen, expected);
+    }
+}
+
+TEST_F(Program, SetsTheOptionsOfTheModule) {
+    const auto runs = [&](const std::string& code) {
+        return run(sampleServer() + "-e \"h = actxserver('Sample.Server.1'); " + code + "\"").seen;
+    };
+    EXPECT_EQ(runs("disp(h.Describe([1;2;3])), disp(axlinkoption('SafeArraySingleDim', true)), "
+                   "disp(h.Describe([1;2;3])), disp(axlinkoption('SafeArraySingleDim'))"),
+              "VT_ARRAY|VT_R8 3x1\n0\nVT_ARRAY|VT_R8 3\n1\n");
+    // A server that takes any value sees through the reference.
+    EXPECT_EQ(runs("disp(axlinkoption('PassSafeArrayByRef', 1)), "
+                   "disp(axlinkoption('PassSafeArrayByRef')), disp(h.Describe({1}))"),
+              "0\n1\nVT_ARRAY|VT_VARIANT 1x1\n");
+    EXPECT_EQ(runs("axlinkoption('Other', true)"),
+              "There is no option \"Other\". The options are \"SafeArraySingleDim\", "
+              "\"PassSafeArrayByRef\". (VELMAR:axlinkoption)\n");
 }
 
 TEST_F(Program, DescribesTheClassOfAServer) {
@@ -129,7 +147,8 @@ TEST_F(Program, DescribesTheClassOfAServer) {
     const std::string& seen = outcome.seen;
     EXPECT_TRUE(seen.starts_with("COM.Sample_Server_1\n\nMethods\n")) << seen;
     for (const char* part : {"[int32 scalar, int32 scalar] = Divide(int32 scalar, int32 scalar)",
-                             "Greet([unicodeString])", "\nProperties\n", " Count ",
+                             "Greet([unicodeString])", "\nProperties\n", " Count ", "\nEvents\n",
+                             "EventID 2  Renamed(unicodeString OldName, unicodeString NewName)\n",
                              "\nEnumerations\n", " crimson  -1\n", "\nBuilt-in methods\n"})
         EXPECT_NE(seen.find(part), std::string::npos) << part << seen;
 }

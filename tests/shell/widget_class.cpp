@@ -108,6 +108,31 @@ class Property : public hos::HOSPropInfo {
     Value Widget::*field_;
 };
 
+// Always "glossy", of a type with two constants.
+class FinishProperty : public hos::HOSPropInfo {
+  public:
+    FinishProperty() {
+        auto* type = hos::TypedEnumStringType::createCaseInsensitiveInstance(
+            hos::HOSDataTypePtr(idOf("int32 scalar")), "Finish", nullptr);
+        if (type->hasName("matt")) return;
+        type->addValue(0, "glossy", nullptr);
+        type->addValue(1, "matt", nullptr);
+    }
+    const char* getName() const override { return "Finish"; }
+    hos::HOSValue* getDefaultValue(hos::HOSValue* out) const override {
+        return *out = hos::HOSValue(), out;
+    }
+    hos::HOSDataTypePtr* getDataType(hos::HOSDataTypePtr* out) const override {
+        return *out = hos::HOSDataTypePtr(idOf("Finish")), out;
+    }
+    hos::MemberAccess getSetAccess() const override { return 2; }
+    hos::HOSValue* getValue(hos::HOSValue*, hos::HOSInterface*) override {
+        velmar::raiseError("VELMAR:unfinished", "It is wet.\nWait.");
+    }
+    void setValue(hos::HOSInterface*, hos::HOSValue) override {}
+    void destroyValue(hos::HOSInterface*, hos::HOSValue) override {}
+};
+
 class Event : public hos::HOSEventInfo {
   public:
     const char* getName() const override { return "Ticked"; }
@@ -133,6 +158,7 @@ class WidgetClass : public hos::HOSClassInfo {
         target->addProperty(new Property("Name", &Widget::name));
         target->addProperty(new Property("Child", &Widget::child));
         target->addProperty(new Property("Size", nullptr));
+        target->addProperty(new FinishProperty);
         target->addEvent(new Event);
         target->addMethod(new Method("Add", 2, 1, [](auto, auto* outputs, auto* inputs) {
             give(outputs[0], number(inputs[0].number() + inputs[1].number()));

@@ -92,7 +92,6 @@ HRESULT IIDFromString(LPCOLESTR text, IID* iid);
 // The text is the caller's, to be freed with CoTaskMemFree.
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* progId);
 HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR* text);
-HRESULT StringFromIID(REFIID iid, LPOLESTR* text);
 int StringFromGUID2(REFGUID guid, LPOLESTR text, int size);
 HRESULT CoCreateGuid(GUID* guid);
 
@@ -114,7 +113,6 @@ HRESULT RevokeActiveObject(DWORD cookie, void* reserved);
 HRESULT GetActiveObject(REFCLSID clsid, void* reserved, IUnknown** object);
 
 void* CoTaskMemAlloc(SIZE_T size);
-void* CoTaskMemRealloc(void* block, SIZE_T size);
 void CoTaskMemFree(void* block);
 
 // The error object of the thread: set keeps a reference of its own, get gives that away.

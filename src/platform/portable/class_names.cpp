@@ -4,8 +4,8 @@
 #include "platform/portable/class_registration.h"
 #include "platform/portable/registry.h"
 #include "platform/portable/system.h"
+#include "platform/registry_key.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <sys/random.h>
@@ -87,25 +87,8 @@ HRESULT giveText(OleView text, LPOLESTR* result) {
 namespace platform {
 
 std::optional<OleString> readClassText(OleView path) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, OleString(path).c_str(), 0, KEY_READ, &key) != 0) {
-        return std::nullopt;
-    }
-    const std::unique_ptr<HKEY__, LSTATUS (*)(HKEY)> owner(key, RegCloseKey);
-    DWORD type = REG_NONE;
-    DWORD size = 0;
-    if (RegQueryValueExW(key, nullptr, nullptr, &type, nullptr, &size) != 0 ||
-        (type != REG_SZ && type != REG_EXPAND_SZ)) {
-        return std::nullopt;
-    }
-    OleString text((size + 1) / sizeof(OLECHAR), u'\0');
-    size = static_cast<DWORD>(text.size() * sizeof(OLECHAR));
-    if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()),
-                         &size) != 0) {
-        return std::nullopt;
-    }
-    text.resize(std::min(text.find(u'\0'), text.size()));
-    return text;
+    const RegistryKey key = openKey(HKEY_CLASSES_ROOT, OleString(path));
+    return key ? readText(key, nullptr) : std::nullopt;
 }
 
 OleString classKeyPath(REFCLSID clsid) { return OLESTR("CLSID\\") + guidText(clsid); }
@@ -127,8 +110,6 @@ int StringFromGUID2(REFGUID guid, LPOLESTR text, int size) {
 HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR* text) {
     return text ? giveText(guidText(clsid), text) : E_INVALIDARG;
 }
-
-HRESULT StringFromIID(REFIID iid, LPOLESTR* text) { return StringFromCLSID(iid, text); }
 
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
     if (!progId || !clsid) {
@@ -211,14 +192,6 @@ HRESULT CoCreateGuid(GUID* guid) {
 }
 
 void* CoTaskMemAlloc(SIZE_T size) { return std::malloc(size == 0 ? 1 : size); }
-
-void* CoTaskMemRealloc(void* block, SIZE_T size) {
-    if (block && size == 0) {
-        std::free(block);
-        return nullptr;
-    }
-    return std::realloc(block, size == 0 ? 1 : size);
-}
 
 void CoTaskMemFree(void* block) { std::free(block); }
 }

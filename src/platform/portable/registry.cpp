@@ -63,8 +63,13 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCOLESTR path, DWORD, REGSAM, HKEY* opened) {
     if (!key) {
         return status(ERROR_INVALID_HANDLE);
     }
+    const OleView name = path ? OleView(path) : OleView();
+    // Only the classes may be asked for from their root.
+    if (name.starts_with(OLESTR('\\')) && key != HKEY_CLASSES_ROOT) {
+        return status(ERROR_BAD_PATHNAME);
+    }
     RegistryPath whole = pathOf(key);
-    const RegistryPath below = platform::splitRegistryPath(path ? OleView(path) : OleView());
+    const RegistryPath below = platform::splitRegistryPath(name);
     whole.insert(whole.end(), below.begin(), below.end());
     RegistryTree& tree = RegistryTree::instance();
     const auto lock = tree.lock();

@@ -62,12 +62,6 @@ HRESULT SafeArrayGetIID(SAFEARRAY* array, GUID* iid) {
     return S_OK;
 }
 
-HRESULT SafeArraySetIID(SAFEARRAY* array, REFGUID iid) {
-    if (!array || !(array->fFeatures & FADF_HAVEIID)) return E_INVALIDARG;
-    headerOf(array).iid = iid;
-    return S_OK;
-}
-
 HRESULT SafeArrayLock(SAFEARRAY* array) {
     if (!array) return E_INVALIDARG;
     std::atomic_ref<ULONG> locks(array->cLocks);

@@ -32,7 +32,6 @@ STDAPI SafeArrayGetLBound(SAFEARRAY* array, UINT dim, LONG* bound);
 STDAPI SafeArrayGetUBound(SAFEARRAY* array, UINT dim, LONG* bound);
 STDAPI SafeArrayGetVartype(SAFEARRAY* array, VARTYPE* vt);
 STDAPI SafeArrayGetIID(SAFEARRAY* array, GUID* iid);
-STDAPI SafeArraySetIID(SAFEARRAY* array, REFGUID iid);
 
 // Locks; SafeArrayAccessData also gives the data's address.
 STDAPI SafeArrayLock(SAFEARRAY* array);

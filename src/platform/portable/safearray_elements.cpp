@@ -53,6 +53,22 @@ HRESULT copyAll(void* target, const void* source, std::size_t count) {
     return S_OK;
 }
 
+// What the elements own, as one of the FADF_ words. Those of another size than their kind's are no
+// such elements, whatever the array says of itself, nor are those of two kinds; they own nothing.
+USHORT ownedKind(const SAFEARRAY& array) {
+    switch (const USHORT kind =
+                array.fFeatures & (FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT)) {
+    case FADF_BSTR:
+    case FADF_UNKNOWN:
+    case FADF_DISPATCH:
+        return array.cbElements == sizeof(void*) ? kind : USHORT{0};
+    case FADF_VARIANT:
+        return array.cbElements == sizeof(VARIANT) ? kind : USHORT{0};
+    default:
+        return 0;
+    }
+}
+
 } // namespace
 
 ULONG elementSize(VARTYPE vt) noexcept {
@@ -76,21 +92,22 @@ USHORT elementFeatures(VARTYPE vt) noexcept {
 }
 
 void releaseElements(const SAFEARRAY& array, void* first, std::size_t count) noexcept {
-    if (array.fFeatures & FADF_BSTR)
+    const USHORT owned = ownedKind(array);
+    if (owned & FADF_BSTR)
         releaseAll<BSTR>(first, count);
-    else if (array.fFeatures & (FADF_UNKNOWN | FADF_DISPATCH))
+    else if (owned & (FADF_UNKNOWN | FADF_DISPATCH))
         releaseAll<IUnknown*>(first, count);
-    else if (array.fFeatures & FADF_VARIANT)
+    else if (owned & FADF_VARIANT)
         releaseAll<VARIANT>(first, count);
     std::memset(first, 0, count * array.cbElements);
 }
 
 HRESULT copyElements(const SAFEARRAY& array, void* target, const void* source,
                      std::size_t count) noexcept {
-    if (array.fFeatures & FADF_BSTR) return copyAll<BSTR>(target, source, count);
-    if (array.fFeatures & (FADF_UNKNOWN | FADF_DISPATCH))
-        return copyAll<IUnknown*>(target, source, count);
-    if (array.fFeatures & FADF_VARIANT) return copyAll<VARIANT>(target, source, count);
+    const USHORT owned = ownedKind(array);
+    if (owned & FADF_BSTR) return copyAll<BSTR>(target, source, count);
+    if (owned & (FADF_UNKNOWN | FADF_DISPATCH)) return copyAll<IUnknown*>(target, source, count);
+    if (owned & FADF_VARIANT) return copyAll<VARIANT>(target, source, count);
     std::memcpy(target, source, count * array.cbElements);
     return S_OK;
 }

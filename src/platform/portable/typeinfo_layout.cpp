@@ -95,6 +95,11 @@ HRESULT TypeDescription::layOutMethods() {
         depth = depthOf(ComPtr<ITypeInfo>::borrow(this));
     }
     numberMembers(functions_, 0x60000000u + (depth << 16));
+    if (kind() == TKIND_DISPATCH) {
+        inherited_.clear();
+        const ComPtr<ITypeInfo> extended = base();
+        return extended ? inheritFrom(extended.get()) : S_OK;
+    }
     if (kind() != TKIND_INTERFACE) {
         return S_OK;
     }

@@ -1,6 +1,7 @@
 // The library: its attributes, its types, and the numbers by which types refer to each other.
 #include "platform/portable/typeinfo_library.h"
 
+#include "platform/answer.h"
 #include "platform/fold_case.h"
 
 #include <algorithm>
@@ -12,6 +13,17 @@ void giveBstr(const OptionalText& text, BSTR* result) {
         *result = text ? makeBstr(*text).detach() : nullptr;
     }
 }
+
+namespace {
+
+HRESULT setText(OptionalText& text, LPCOLESTR value) {
+    return answer([&] {
+        text = value ? OptionalText(value) : std::nullopt;
+        return S_OK;
+    });
+}
+
+} // namespace
 
 TypeLibrary::TypeLibrary(SYSKIND sysKind) { attr_.syskind = sysKind; }
 
@@ -137,13 +149,15 @@ HRESULT TypeLibrary::GetDocumentation(INT index, BSTR* name, BSTR* docString, DW
                          MEMBERID_NIL, name, docString, helpContext, helpFile)
                    : TYPE_E_ELEMENTNOTFOUND;
     }
-    giveBstr(name_, name);
-    giveBstr(doc_, docString);
-    giveBstr(helpFile_, helpFile);
-    if (helpContext) {
-        *helpContext = helpContext_;
-    }
-    return index == -1 ? S_OK : TYPE_E_ELEMENTNOTFOUND;
+    return answer([&] {
+        giveBstr(name_, name);
+        giveBstr(doc_, docString);
+        giveBstr(helpFile_, helpFile);
+        if (helpContext) {
+            *helpContext = helpContext_;
+        }
+        return index == -1 ? S_OK : TYPE_E_ELEMENTNOTFOUND;
+    });
 }
 
 HRESULT TypeLibrary::IsName(LPOLESTR name, ULONG, BOOL* isName) {
@@ -196,15 +210,14 @@ HRESULT TypeLibrary::CreateTypeInfo(LPOLESTR name, TYPEKIND kind, ICreateTypeInf
             return TYPE_E_NAMECONFLICT;
         }
     }
-    types_.push_back(std::make_unique<TypeDescription>(*this, name, kind));
-    *typeInfo = ComPtr<ICreateTypeInfo>::borrow(types_.back().get()).detach();
-    return S_OK;
+    return answer([&] {
+        types_.push_back(std::make_unique<TypeDescription>(*this, name, kind));
+        *typeInfo = ComPtr<ICreateTypeInfo>::borrow(types_.back().get()).detach();
+        return S_OK;
+    });
 }
 
-HRESULT TypeLibrary::SetName(LPOLESTR name) {
-    name_ = name ? OptionalText(name) : std::nullopt;
-    return S_OK;
-}
+HRESULT TypeLibrary::SetName(LPOLESTR name) { return setText(name_, name); }
 
 HRESULT TypeLibrary::SetVersion(WORD major, WORD minor) {
     attr_.wMajorVerNum = major;
@@ -217,15 +230,9 @@ HRESULT TypeLibrary::SetGuid(REFGUID guid) {
     return S_OK;
 }
 
-HRESULT TypeLibrary::SetDocString(LPOLESTR text) {
-    doc_ = text ? OptionalText(text) : std::nullopt;
-    return S_OK;
-}
+HRESULT TypeLibrary::SetDocString(LPOLESTR text) { return setText(doc_, text); }
 
-HRESULT TypeLibrary::SetHelpFileName(LPOLESTR fileName) {
-    helpFile_ = fileName ? OptionalText(fileName) : std::nullopt;
-    return S_OK;
-}
+HRESULT TypeLibrary::SetHelpFileName(LPOLESTR fileName) { return setText(helpFile_, fileName); }
 
 HRESULT TypeLibrary::SetHelpContext(DWORD helpContext) {
     helpContext_ = helpContext;
@@ -256,8 +263,10 @@ HRESULT CreateTypeLib2(SYSKIND sysKind, LPCOLESTR fileName, ICreateTypeLib2** li
     if (!fileName || !library) {
         return E_INVALIDARG;
     }
-    *library = new platform::TypeLibrary(sysKind);
-    return S_OK;
+    return platform::answer([&] {
+        *library = new platform::TypeLibrary(sysKind);
+        return S_OK;
+    });
 }
 
 HRESULT LoadRegTypeLib(REFGUID libraryId, WORD major, WORD minor, LCID, ITypeLib** library) {
@@ -268,7 +277,7 @@ HRESULT LoadRegTypeLib(REFGUID libraryId, WORD major, WORD minor, LCID, ITypeLib
     }
     *library = nullptr;
     return libraryId == standardLibrary && major == 2 && minor == 0
-               ? platform::createStandardLibrary(library)
+               ? platform::answer([&] { return platform::createStandardLibrary(library); })
                : TYPE_E_LIBNOTREGISTERED;
 }
 }

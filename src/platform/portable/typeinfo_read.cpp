@@ -99,7 +99,7 @@ HRESULT TypeDescription::GetTypeAttr(TYPEATTR** typeAttr) {
         return E_INVALIDARG;
     }
     TYPEATTR attr = attr_;
-    attr.cFuncs = static_cast<WORD>(functions_.size());
+    attr.cFuncs = static_cast<WORD>(inherited_.size() + functions_.size());
     attr.cVars = static_cast<WORD>(variables_.size());
     attr.cImplTypes = static_cast<WORD>(implemented_.size());
     return handOut(attr, typeAttr);
@@ -110,8 +110,12 @@ HRESULT TypeDescription::GetFuncDesc(UINT index, FUNCDESC** funcDesc) {
         return E_INVALIDARG;
     }
     *funcDesc = nullptr;
-    return index < functions_.size() ? handOut<FUNCDESC>(*functions_[index].desc, funcDesc)
-                                     : TYPE_E_ELEMENTNOTFOUND;
+    if (index < inherited_.size()) {
+        return handOut<FUNCDESC>(*inherited_[index], funcDesc);
+    }
+    const std::size_t own = index - inherited_.size();
+    return own < functions_.size() ? handOut<FUNCDESC>(*functions_[own].desc, funcDesc)
+                                   : TYPE_E_ELEMENTNOTFOUND;
 }
 
 HRESULT TypeDescription::GetVarDesc(UINT index, VARDESC** varDesc) {

@@ -117,6 +117,9 @@ class TypeDescription final : public ICreateTypeInfo, public ITypeInfo {
     bool namesAgree(std::size_t index, OleView name) const;
     HRESULT layOutMethods();
     HRESULT layOutFields();
+    HRESULT inheritFrom(ITypeInfo* from);
+    HRESULT inheritFunction(ITypeInfo* owner, const FUNCDESC& from);
+    HRESULT renumber(ITypeInfo* owner, TYPEDESC& type);
 
     TypeLibrary& library_;
     OleString name_;
@@ -127,6 +130,8 @@ class TypeDescription final : public ICreateTypeInfo, public ITypeInfo {
     DescMemory aliasMemory_;
     std::vector<Function> functions_;
     std::vector<Variable> variables_;
+    // Of a dispinterface: the functions of what it extends, which come before its own.
+    std::vector<std::unique_ptr<OwnedDesc<FUNCDESC>>> inherited_;
     std::vector<ImplementedType> implemented_;
 };
 

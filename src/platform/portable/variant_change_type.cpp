@@ -87,7 +87,10 @@ HRESULT convertValueOf(IDispatch* object, LCID locale, USHORT flags, VARTYPE vt,
     const HRESULT result =
         object->Invoke(DISPID_VALUE, IID_NULL, locale, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
                        &none, value.put(), nullptr, nullptr);
-    if (FAILED(result)) return result;
+    if (FAILED(result)) {
+        (void)value.detach(); // an out-parameter of a failed call is not to be trusted
+        return result;
+    }
     const auto once = static_cast<USHORT>(flags | VARIANT_NOVALUEPROP);
     return convert(value.get(), locale, once, vt, target);
 }

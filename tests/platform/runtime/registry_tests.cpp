@@ -114,11 +114,14 @@ TEST_F(Registry, mergesTheClassesOfUserAndMachine) {
 }
 
 TEST_F(Registry, answersSizesAndEndsAsDocumented) {
-    load(header + "[HKEY_CURRENT_USER\\k\\sub]\n@=\"abc\"\n");
+    load(header + "[HKEY_CURRENT_USER\\k\\sub]\n@=\"abc\"\n[HKEY_CLASSES_ROOT\\CLSID]\n");
     HKEY key = nullptr;
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("none"), 0, KEY_READ, &key), 2);
     EXPECT_EQ(RegOpenKeyExW(nullptr, OLESTR("k"), 0, KEY_READ, &key), 6);
-    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("\\k\\"), 0, KEY_READ, &key), 0);
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("\\k"), 0, KEY_READ, &key), 161);
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, OLESTR("\\CLSID"), 0, KEY_READ, &key), 0);
+    EXPECT_EQ(RegCloseKey(key), 0);
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("k\\"), 0, KEY_READ, &key), 0);
     OLECHAR name[4];
     DWORD size = 3;
     EXPECT_EQ(RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), 234);

@@ -126,12 +126,11 @@ TEST_F(TypeInfo, givesFunctionsBackAsDeepCopies) {
     ASSERT_TRUE(attr);
     EXPECT_EQ(attr->guid, dispatchId);
     EXPECT_EQ(attr->typekind, TKIND_DISPATCH);
-    EXPECT_EQ(attr->cFuncs, 3);
+    EXPECT_EQ(attr->cFuncs, 10);
     EXPECT_EQ(attr->cImplTypes, 1);
-    EXPECT_EQ(attr->lcid, 0x409u);
     EXPECT_EQ(attr->cbSizeVft, 56);
 
-    const FuncDescHolder step(info.get(), &ITypeInfo::GetFuncDesc, 0u);
+    const FuncDescHolder step(info.get(), &ITypeInfo::GetFuncDesc, 7u);
     ASSERT_TRUE(step);
     EXPECT_EQ(step->memid, 7);
     EXPECT_EQ(step->cParamsOpt, 1);
@@ -142,10 +141,40 @@ TEST_F(TypeInfo, givesFunctionsBackAsDeepCopies) {
     EXPECT_EQ(by.pparamdescex->cBytes, 32u);
     EXPECT_EQ(viewOf(by.pparamdescex->varDefaultValue.bstrVal), OLESTR("one"));
 
-    const FuncDescHolder missing(info.get(), &ITypeInfo::GetFuncDesc, 3u);
+    const FuncDescHolder missing(info.get(), &ITypeInfo::GetFuncDesc, 10u);
     EXPECT_FALSE(missing);
     EXPECT_EQ(missing.result(), TYPE_E_ELEMENTNOTFOUND);
     expectDescriptionsOut(2);
+}
+
+TEST_F(TypeInfo, ofADispinterfaceBeginsWithTheMethodsThatEveryCallerSees) {
+    const ComPtr<ITypeInfo> info = reading(createCounter());
+    constexpr MEMBERID expected[] = {0x60000000, 0x60000001, 0x60000002, 0x60010000,
+                                     0x60010001, 0x60010002, 0x60010003};
+    constexpr VARTYPE results[] = {VT_VOID, VT_UI4, VT_UI4, VT_VOID, VT_VOID, VT_VOID, VT_VOID};
+    for (UINT i = 0; i < std::size(expected); ++i) {
+        const FuncDescHolder function(info.get(), &ITypeInfo::GetFuncDesc, i);
+        ASSERT_TRUE(function);
+        EXPECT_EQ(function->memid, expected[i]);
+        EXPECT_EQ(function->funckind, FUNC_DISPATCH);
+        EXPECT_EQ(function->wFuncFlags, FUNCFLAG_FRESTRICTED);
+        EXPECT_EQ(function->elemdescFunc.tdesc.vt, results[i]);
+    }
+    // A type that the methods of the other library refer to is reached from here.
+    const FuncDescHolder query(info.get(), &ITypeInfo::GetFuncDesc, 0u);
+    ComPtr<ITypeInfo> record;
+    ASSERT_EQ(
+        info->GetRefTypeInfo(query->lprgelemdescParam[0].tdesc.lptdesc->hreftype, record.put()),
+        S_OK);
+    const TypeAttrHolder attr(record.get(), &ITypeInfo::GetTypeAttr);
+    EXPECT_EQ(attr->cbSizeInstance, sizeof(GUID));
+}
+
+TEST_F(TypeInfo, hasTheLocaleOfItsLibrary) {
+    const ComPtr<ITypeInfo> info = reading(createCounter());
+    const TypeAttrHolder attr(info.get(), &ITypeInfo::GetTypeAttr);
+    ASSERT_TRUE(attr);
+    EXPECT_EQ(attr->lcid, 0x409u);
 }
 
 TEST_F(TypeInfo, findsNamesInEitherDirectionAndInTheBase) {

@@ -7,21 +7,21 @@
 
 #include <optional>
 
-namespace axlink2 {
+namespace platform {
 
-struct RegistryKeyTraits : platform::PointerTraits<HKEY> {
+struct RegistryKeyTraits : PointerTraits<HKEY> {
     static void close(HKEY key) noexcept {
         if (key) RegCloseKey(key);
     }
 };
 
-using RegistryKey = platform::Holder<RegistryKeyTraits>;
+using RegistryKey = Holder<RegistryKeyTraits>;
 
 // A key below an open one or a root; empty when it can't be opened for reading.
-RegistryKey openKey(HKEY parent, const platform::OleString& path);
+RegistryKey openKey(HKEY parent, const OleString& path);
 
 // The text of a value, up to its first zero; an empty `name` is the default value. None when there
-// is no such value.
-std::optional<platform::OleString> readValue(const RegistryKey& key, const OLECHAR* name);
+// is no such value, or it is no text.
+std::optional<OleString> readText(const RegistryKey& key, const OLECHAR* name);
 
-} // namespace axlink2
+} // namespace platform
