@@ -28,10 +28,8 @@ COMInstanceRecord* recordOf(hos::HOSInterface* object) {
 }
 
 hos::HOSInterfacePtr requireValidHandle(const hxArray* const* inputs) {
-    if (inputs[0] && !hxIsEmpty(inputs[0])) {
-        hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0], 0);
-        if (object && !object->isDeleted()) return object;
-    }
+    hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0], 0); // null of what has no element
+    if (object && !object->isDeleted()) return object;
     hmsgcore::raise(VELMAR::class_::InvalidHandle());
 }
 

@@ -110,6 +110,17 @@ VARIANT viewOfElement(void* element, VARTYPE kind) {
     return v;
 }
 
+int failedArray(hxArray** out, const VariantConversionContext& context) {
+    if (context.warn) hxWarningMsgId(VELMAR::COM::unsupported_safearray_type());
+    return fallBackToNaN(out);
+}
+
+// Whether another array is reached through a reference: the same one, perhaps.
+bool refersToArray(const VARIANT& v) {
+    if (v.vt == (VT_BYREF | VT_VARIANT)) return v.pvarVal && (v.pvarVal->vt & VT_ARRAY);
+    return (v.vt & VT_BYREF) && (v.vt & VT_ARRAY);
+}
+
 void variantElementToHost(VARIANT& element, hxArray** out,
                           const VariantConversionContext& context) {
     if (element.vt == VT_BSTR) { // most of what comes in many
@@ -120,7 +131,7 @@ void variantElementToHost(VARIANT& element, hxArray** out,
         variantToHost(&element, out, context);
         return;
     }
-    if ((element.vt & VT_BYREF) && context.referencesLeft) {
+    if (refersToArray(element)) {
         if (*context.referencesLeft == 0) {
             failedArray(out, context);
             return;
@@ -171,11 +182,6 @@ harray::unique_array newCell(const std::vector<std::size_t>& extents,
         if (context.warn) hxWarningMsgId(VELMAR::COM::hxCreateCellArray_Failed());
         return nullptr;
     }
-}
-
-int failedArray(hxArray** out, const VariantConversionContext& context) {
-    if (context.warn) hxWarningMsgId(VELMAR::COM::unsupported_safearray_type());
-    return fallBackToNaN(out);
 }
 
 } // namespace

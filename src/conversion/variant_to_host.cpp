@@ -61,7 +61,7 @@ int errorToHost(const VARIANT& v, hxArray** out) {
 // Arrays in arrays beyond this would endanger the stack.
 constexpr int deepest = 1000;
 
-// By reference an array may hold itself, and more than once: what is reached in that way at most.
+// Arrays may hold themselves by reference, and more than once: as many are followed.
 constexpr int mostReferences = 1000;
 
 // The new object has a reference of its own.

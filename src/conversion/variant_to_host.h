@@ -12,7 +12,7 @@ struct VariantConversionContext {
     bool warn = false;               // whether falling back to a NaN warns
     hos::HOSInterfacePtr owner = {}; // the object that the value came from; may be null
     int depth = 0;                   // of arrays in arrays
-    int* referencesLeft = nullptr;   // that elements of arrays may be; null for no limit
+    int* referencesLeft = nullptr;   // to arrays in arrays that are followed; null outside arrays
 };
 
 // `*out` becomes a new array that the caller owns. A by-reference `*v` is replaced by a copy of
@@ -29,7 +29,8 @@ int variantScalarToHost(VARIANT* v, hxArray** out, const VariantConversionContex
 int safeArrayToNumeric(SAFEARRAY* array, VARTYPE elementType, hxArray** out,
                        const VariantConversionContext& context);
 
-// An array of texts, VARIANTs or interfaces as a cell of the same dimensions.
+// An array of texts, VARIANTs or interfaces as a cell of the same dimensions. The context says how
+// many references it may follow.
 void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionContext& context);
 
 // A bare IUnknown as an object, which it is when it offers IDispatch; a NaN otherwise.

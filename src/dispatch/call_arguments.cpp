@@ -1,39 +1,14 @@
 // Filling, trimming, reading and clearing the arguments of one call.
 #include "dispatch/call_arguments.h"
 
-#include "platform/holders.h"
-
 namespace axlink2 {
 
-COMCallArguments::COMCallArguments(const std::vector<COMArgInfo>& arguments)
-    : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()) {
-    const std::size_t count = slots();
-    if (count <= ownSlots) return;
-    moreVariants_ = std::make_unique<VARIANT[]>(2 * count);
-    moreTypes_ = std::make_unique<VARTYPE[]>(count);
+void COMCallArguments::makeMoreSlots() {
+    moreVariants_ = std::make_unique<VARIANT[]>(2 * slots());
+    moreTypes_ = std::make_unique<VARTYPE[]>(slots());
     variants_ = moreVariants_.get();
-    backing_ = variants_ + count;
+    backing_ = variants_ + slots();
     passedTypes_ = moreTypes_.get();
-}
-
-COMCallArguments::~COMCallArguments() {
-    for (std::size_t slot = firstUsed_; slot < slots(); ++slot)
-        if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt)) VariantClear(&owner);
-}
-
-void COMCallArguments::takeSlot() {
-    --firstUsed_;
-    variants_[firstUsed_] = VARIANT{};
-    backing_[firstUsed_] = VARIANT{};
-    passedTypes_[firstUsed_] = VT_EMPTY;
-}
-
-VARIANT& COMCallArguments::valueOf(std::size_t slot) {
-    const VARTYPE passed = passedTypes_[slot];
-    if (!(passed & VT_BYREF)) return variants_[slot];
-    // A DECIMAL is as large as the VARIANT that holds it, and a server may write all of it.
-    if (passed == (VT_BYREF | VT_DECIMAL)) backing_[slot].vt = VT_DECIMAL;
-    return backing_[slot];
 }
 
 void COMCallArguments::clearSlot(std::size_t slot) {
@@ -90,13 +65,6 @@ COMCallArguments::Output COMCallArguments::takeOutput() {
         return {&valueOf(slot), argument.converter};
     }
     return {};
-}
-
-DISPPARAMS COMCallArguments::params() {
-    DISPPARAMS params{};
-    params.cArgs = count();
-    params.rgvarg = params.cArgs ? &variants_[firstUsed_] : nullptr;
-    return params;
 }
 
 } // namespace axlink2

@@ -3,7 +3,7 @@
 
 #include "conversion/arg_converter.h"
 #include "host/value.h"
-#include "platform/com.h"
+#include "platform/holders.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -26,10 +26,17 @@ struct COMArgInfo {
 class COMCallArguments {
   public:
     // Room for all of `arguments`, which must outlive the block.
-    explicit COMCallArguments(const std::vector<COMArgInfo>& arguments);
+    explicit COMCallArguments(const std::vector<COMArgInfo>& arguments)
+        : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()) {
+        if (slots() > ownSlots) makeMoreSlots();
+    }
     COMCallArguments(const COMCallArguments&) = delete;
     COMCallArguments& operator=(const COMCallArguments&) = delete;
-    ~COMCallArguments();
+    ~COMCallArguments() {
+        for (std::size_t slot = firstUsed_; slot < slots(); ++slot)
+            if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt))
+                VariantClear(&owner);
+    }
 
     // Fills slots from `inputs[1]` on, up to the first declared input that wasn't given. Raises
     // what the converters raise.
@@ -44,18 +51,32 @@ class COMCallArguments {
     };
     Output takeOutput();
 
-    DISPPARAMS params();
+    DISPPARAMS params() {
+        return {count() ? &variants_[firstUsed_] : nullptr, nullptr, count(), 0};
+    }
     UINT count() const { return static_cast<UINT>(slots() - firstUsed_); }
     std::size_t outputCount() const { return outputCount_; }
 
   private:
     std::size_t slots() const { return arguments_.size(); }
+    void makeMoreSlots();
     // Makes the next slot a used one, empty.
-    void takeSlot();
+    void takeSlot() {
+        --firstUsed_;
+        variants_[firstUsed_] = VARIANT{};
+        backing_[firstUsed_] = VARIANT{};
+        passedTypes_[firstUsed_] = VT_EMPTY;
+    }
     void fillOutput(const COMArgInfo& argument);
     // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
     // type doesn't count.
-    VARIANT& valueOf(std::size_t slot);
+    VARIANT& valueOf(std::size_t slot) {
+        const VARTYPE passed = passedTypes_[slot];
+        if (!(passed & VT_BYREF)) return variants_[slot];
+        // A DECIMAL is as large as the VARIANT that holds it, and a server may write all of it.
+        if (passed == (VT_BYREF | VT_DECIMAL)) backing_[slot].vt = VT_DECIMAL;
+        return backing_[slot];
+    }
     void clearSlot(std::size_t slot);
 
     // Most calls have few arguments and need no allocation.

@@ -180,49 +180,76 @@ TEST_F(Persisting, IsRefusedByTheFileWhateverTheCodeIs) {
 }
 
 // A server that stops in the middle of what it writes or reads, in every way there is.
-TEST_F(Persisting, LeavesTheOldFileAndNoLockWhenItFailsInTheMiddle) {
-    const std::pair<const char*, std::function<void()>> ends[] = {
-        {"an error", [] {}},
-        {"a fault", [] { sample::writeThroughNull(); }},
-        {"an exception", [] { sample::throwException(); }},
-    };
-    for (const IID& iid : {IID_IPersistStorage, IID_IPersistStreamInit, IID_IPersistStream})
-        for (const auto& [name, end] : ends) {
-            SCOPED_TRACE(name);
-            script = {};
-            script.offered = {iid};
-            EXPECT_EQ(save(h), "");
-            const std::string before = folder.read("a.bin");
-            // What the server holds when it fails stays held.
-            ComPtr<IStream> stream;
-            ComPtr<IStorage> storage;
-            script.results = {{"Storage.Save", E_FAIL},
-                              {"Storage.Load", E_FAIL},
-                              {"Stream.Save", E_FAIL},
-                              {"Stream.Load", E_FAIL}};
-            script.withStorage = [&, &fail = end](IStorage* given) {
-                storage = ComPtr<IStorage>::borrow(given);
-                given->CreateStream(OLESTR("half"), writing, 0, 0, stream.put());
-                if (stream) stream->Write("half", 4, nullptr);
-                fail();
-            };
-            script.withStream = [&, &fail = end](IStream* given) {
-                stream = ComPtr<IStream>::borrow(given);
-                stream->Write("half", 4, nullptr);
-                fail();
-            };
-            EXPECT_EQ(save(h), serializationError);
-            EXPECT_EQ(folder.read("a.bin"), before);
-            EXPECT_EQ(load(h), serializationError);
-            EXPECT_EQ(folder.read("a.bin"), before);
-            EXPECT_TRUE(isUsable());
+class Failing : public Persisting {
+  protected:
+    // Runs `test` with a saved file and a server that fails in that way from now on.
+    void inEveryWay(const std::function<void()>& test) {
+        const std::pair<const char*, std::function<void()>> ends[] = {
+            {"an error", [] {}},
+            {"a fault", [] { sample::writeThroughNull(); }},
+            {"an exception", [] { sample::throwException(); }},
+        };
+        for (const IID& iid : {IID_IPersistStorage, IID_IPersistStreamInit, IID_IPersistStream})
+            for (const auto& [name, end] : ends) {
+                SCOPED_TRACE(name);
+                succeedAgain(iid);
+                EXPECT_EQ(save(h), "");
+                failFromNowOn(end);
+                test();
+                succeedAgain(iid);
+                EXPECT_EQ(save(h), "");
+                EXPECT_EQ(load(h), "");
+                EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
+                stream_.reset();
+                storage_.reset();
+            }
+    }
 
-            script = {};
-            script.offered = {iid};
-            EXPECT_EQ(save(h), "");
-            EXPECT_EQ(load(h), "");
-            EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
-        }
+  private:
+    void succeedAgain(const IID& iid) {
+        script = {};
+        script.offered = {iid};
+    }
+
+    // What the server holds when it fails stays held.
+    void failFromNowOn(const std::function<void()>& end) {
+        for (const char* call : {"Storage.Save", "Storage.Load", "Stream.Save", "Stream.Load"})
+            script.results[call] = E_FAIL;
+        script.withStorage = [this, end](IStorage* given) {
+            storage_ = ComPtr<IStorage>::borrow(given);
+            given->CreateStream(OLESTR("half"), writing, 0, 0, stream_.put());
+            if (stream_) stream_->Write("half", 4, nullptr);
+            end();
+        };
+        script.withStream = [this, end](IStream* given) {
+            stream_ = ComPtr<IStream>::borrow(given);
+            stream_->Write("half", 4, nullptr);
+            end();
+        };
+    }
+
+    ComPtr<IStream> stream_;
+    ComPtr<IStorage> storage_;
+};
+
+TEST_F(Failing, IsAnErrorAfterWhichItGoesOnAndHoldsNoFile) {
+    inEveryWay([this] {
+        EXPECT_EQ(save(h), serializationError);
+        EXPECT_TRUE(isUsable());
+        EXPECT_EQ(load(h), serializationError);
+        EXPECT_TRUE(isUsable());
+    });
+}
+
+TEST_F(Failing, LeavesTheOldFile) {
+    inEveryWay([this] {
+        const std::string before = folder.read("a.bin");
+        save(h);
+        EXPECT_TRUE(folder.read("a.bin") == before);
+        load(h);
+        EXPECT_TRUE(folder.read("a.bin") == before);
+        EXPECT_EQ(folder.names(), std::vector<std::string>{"a.bin"});
+    });
 }
 
 TEST_F(Persisting, FindsWhatItKeepsBeyondTheCallTakenBack) {

@@ -26,7 +26,7 @@ TEST_F(StorageTest, AFailedCommitLeavesTheOldFileAndCanBeTriedAgain) {
         const axlink2::test::FullDisk full(10'000);
         EXPECT_EQ(root->Commit(STGC_DEFAULT), STG_E_MEDIUMFULL);
     }
-    EXPECT_EQ(folder.read("a.bin"), before);
+    EXPECT_TRUE(folder.read("a.bin") == before);
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.bin"});
     EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
     EXPECT_GT(folder.read("a.bin").size(), 100'000u);
