@@ -47,14 +47,15 @@ struct Registry {
     std::unordered_map<hos::id, std::unique_ptr<LiveClass>> classes;
 
     Registry() {
-        add(new BareClassInfo("COMInterfaceMethods"), nullptr,
+        add(std::make_unique<BareClassInfo>("COMInterfaceMethods"), nullptr,
             "velmar.internal.axlink.COMInterfaceMethods");
-        add(new BareClassInfo("CustomDisplay"), nullptr, "velmar.mixin.CustomDisplay");
+        add(std::make_unique<BareClassInfo>("CustomDisplay"), nullptr,
+            "velmar.mixin.CustomDisplay");
     }
 
     // A name that is known keeps its class, and the new description ends.
-    void add(hos::HOSClassInfo* info, hos::HOSPackage* package, const std::string& name) {
-        std::unique_ptr<hos::HOSClassInfo> owned(info);
+    void add(std::unique_ptr<hos::HOSClassInfo> owned, hos::HOSPackage* package,
+             const std::string& name) {
         std::unique_ptr<LiveClass>& slot = classes[hos::internal::makeInterned(std::string(name))];
         if (!slot) slot = std::make_unique<LiveClass>(std::move(owned), package, name);
     }
@@ -74,7 +75,9 @@ hos::HOSInterfacePtr* LivePackage::findClass(hos::HOSInterfacePtr* out, const st
 }
 
 void LivePackage::addClass(hos::HOSClassInfo* info, int, int) {
-    registry().add(info, this, qualified(info->getName()));
+    std::unique_ptr<hos::HOSClassInfo> owned(info);
+    const std::string name = qualified(info->getName());
+    registry().add(std::move(owned), this, name);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // The reading side of a type: ITypeInfo.
+#include "platform/answer.h"
 #include "platform/fold_case.h"
 #include "platform/portable/typeinfo_library.h"
 
@@ -132,18 +133,25 @@ HRESULT TypeDescription::GetNames(MEMBERID memid, BSTR* names, UINT maxNames, UI
         return E_INVALIDARG;
     }
     *count = 0;
-    const bool found = useMember(memid, [&](const auto& member) {
-        const std::size_t given = std::min<std::size_t>(maxNames, member.names.size());
-        for (std::size_t i = 0; i < given; ++i) {
-            names[i] = makeBstr(member.names[i]).detach();
+    return answer([&] {
+        const bool found = useMember(memid, [&](const auto& member) {
+            // All of them are made before the first is given away.
+            std::vector<ScopedBstr> made;
+            const std::size_t given = std::min<std::size_t>(maxNames, member.names.size());
+            for (std::size_t i = 0; i < given; ++i) {
+                made.push_back(makeBstr(member.names[i]));
+            }
+            for (ScopedBstr& name : made) {
+                names[(*count)++] = name.detach();
+            }
+        });
+        if (found) {
+            return S_OK;
         }
-        *count = static_cast<UINT>(given);
+        const ComPtr<ITypeInfo> extended = base();
+        return extended ? extended->GetNames(memid, names, maxNames, count)
+                        : TYPE_E_ELEMENTNOTFOUND;
     });
-    if (found) {
-        return S_OK;
-    }
-    const ComPtr<ITypeInfo> extended = base();
-    return extended ? extended->GetNames(memid, names, maxNames, count) : TYPE_E_ELEMENTNOTFOUND;
 }
 
 HRESULT TypeDescription::GetRefTypeOfImplType(UINT index, HREFTYPE* refType) {
