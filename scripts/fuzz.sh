@@ -25,9 +25,11 @@ for target in "${targets[@]}"; do
     log=build/fuzz/$target.log
     mkdir -p "$corpus"
     result=pass
+    words=()
+    [ ! -f tests/fuzz/"$target".dict ] || words=(-dict=tests/fuzz/"$target".dict)
     build/fuzz/bin/fuzz_"$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
         -max_len=1024 -reload=0 -print_final_stats=1 -artifact_prefix="build/fuzz/failed/$target-" \
-        "$corpus" tests/fuzz/corpus/"$target" tests/fuzz/found/"$target" >"$log" 2>&1 ||
+        "${words[@]}" "$corpus" tests/fuzz/corpus/"$target" tests/fuzz/found/"$target" >"$log" 2>&1 ||
         { result="FAILED, see $log"; failed+=("$target"); }
     inputs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
     reached=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -1)

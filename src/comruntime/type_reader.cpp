@@ -163,11 +163,12 @@ std::vector<std::string> parameterNames(ITypeInfo* type, const FUNCDESC& functio
                                         std::size_t count) {
     if (count == 0) return {};
     std::vector<BSTR> raw(count + 1, nullptr);
+    std::vector<platform::ScopedBstr> names;
+    names.reserve(raw.size()); // so that nothing fails while the names belong to nobody
     UINT given = 0;
     const HRESULT hr = askServer([&] {
         return type->GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &given);
     });
-    std::vector<platform::ScopedBstr> names;
     if (SUCCEEDED(hr))
         for (BSTR name : raw)
             names.push_back(platform::ScopedBstr::adopt(name));

@@ -22,6 +22,7 @@ struct FaultPlan {
     bool counting = true;       // calls that don't count don't fail either
     const char* only = nullptr; // the one call that counts; null for all
     void (*onFailure)(const char* call) = nullptr; // runs inside the failing call
+    void (*onOwnWork)(bool begins) = nullptr;      // around what only the fronts themselves do
     int outstanding = 0;                           // descriptions handed out and not taken back
     int alive = 0;                                 // faulty objects
     UINT lyingCount = 0;          // when set, what TYPEATTR and ITypeLib say of their counts
@@ -42,6 +43,21 @@ struct FaultPlan {
         return answer();
     }
     HRESULT answer() const { return kind == EmptySuccess ? S_OK : E_FAIL; }
+};
+
+// While it lives, a front works for itself.
+class OwnWork {
+  public:
+    explicit OwnWork(const FaultPlan& plan) : notify_(plan.onOwnWork) {
+        if (notify_) notify_(true);
+    }
+    OwnWork(const OwnWork&) = delete;
+    ~OwnWork() {
+        if (notify_) notify_(false);
+    }
+
+  private:
+    void (*notify_)(bool);
 };
 
 // The part of every front: the real object, the count of references, the plan. A front that

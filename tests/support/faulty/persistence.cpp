@@ -105,6 +105,7 @@ const Row rows[] = {
 HRESULT givePersistence(IUnknown* real, REFIID iid, FaultPlan& plan, IUnknown* identity,
                         void** out) {
     *out = nullptr;
+    const OwnWork own(plan);
     for (const Row& row : rows)
         if (row.iid == iid) *out = row.make(real, row.iid, plan, identity);
     return *out ? S_OK : E_NOINTERFACE;

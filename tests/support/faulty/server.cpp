@@ -104,6 +104,7 @@ class FaultyContainer final : public Faulty<IConnectionPointContainer> {
         return orFails("FindConnectionPoint", point, [&] {
             const HRESULT hr = real_->FindConnectionPoint(iid, point);
             if (FAILED(hr)) return hr;
+            const OwnWork own(plan_);
             const auto real = ComPtr<IConnectionPoint>::adopt(*point);
             *point = new FaultyConnectionPoint(real.get(), IID_IConnectionPoint, plan_);
             return hr;
@@ -174,6 +175,7 @@ class FaultyServer final : public Faulty<IDispatch> {
     }
 
     HRESULT giveContainer(void** out) {
+        const OwnWork own(plan_);
         *out = nullptr;
         const auto offered = platform::queryInterface<IConnectionPointContainer>(
             real_.get(), IID_IConnectionPointContainer);
@@ -189,6 +191,7 @@ class FaultyServer final : public Faulty<IDispatch> {
 } // namespace
 
 ComPtr<IDispatch> faultyServer(IDispatch* real, FaultPlan& plan) {
+    const OwnWork own(plan);
     const auto known = fronts().find(identityOf(real).get());
     if (known != fronts().end()) return ComPtr<IDispatch>::borrow(known->second);
     return ComPtr<IDispatch>::adopt(new FaultyServer(real, plan));

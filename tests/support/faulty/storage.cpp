@@ -130,10 +130,12 @@ class FaultyStorage final : public Faulty<IStorage> {
 } // namespace
 
 ComPtr<IStorage> faultyStorage(IStorage* real, FaultPlan& plan) {
+    const OwnWork own(plan);
     return ComPtr<IStorage>::adopt(new FaultyStorage(real, IID_IStorage, plan));
 }
 
 ComPtr<IStream> faultyStream(IStream* real, FaultPlan& plan) {
+    const OwnWork own(plan);
     return ComPtr<IStream>::adopt(new FaultyStream(real, IID_IStream, plan));
 }
 

@@ -89,6 +89,7 @@ class FaultyTypeInfo final : public Faulty<ITypeInfo> {
         return orFails("GetContainingTypeLib", out, [&] {
             const HRESULT hr = real_->GetContainingTypeLib(out, index);
             if (FAILED(hr)) return hr;
+            const OwnWork own(plan_);
             const auto real = ComPtr<ITypeLib>::adopt(*out);
             *out = new FaultyTypeLib(real.get(), IID_ITypeLib, plan_);
             return hr;
@@ -144,6 +145,7 @@ class FaultyTypeInfo final : public Faulty<ITypeInfo> {
 } // namespace
 
 ComPtr<ITypeInfo> faultyTypeInfo(ITypeInfo* real, FaultPlan& plan) {
+    const OwnWork own(plan);
     return ComPtr<ITypeInfo>::adopt(new FaultyTypeInfo(real, IID_ITypeInfo, plan));
 }
 

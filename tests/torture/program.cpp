@@ -1,0 +1,116 @@
+// Running programs, and counting what is alive.
+#include "torture/program.h"
+
+#include "host/embedding.h"
+#include "platform/guarded_call.h"
+#include "servers/sample/documents.h"
+#include "servers/sample/server.h"
+#include "shell/function_handles.h"
+#include "shell/functions.h"
+#include "shell/parser.h"
+#include "support/faulty/server.h"
+#include "torture/points.h"
+
+#include <utility>
+
+namespace torture {
+
+Environment::Environment() {
+    // A thread's first guarded call registers the end of the thread, for which the system's library
+    // must have memory.
+    platform::guarded([] {});
+    velmar::loadModule(AXLINK2_MODULE);
+    velsh::defineFunctions();
+    const auto serveSample = [this]<class Server>(const char* progId, std::type_identity<Server>) {
+        serve(progId, Server::definition().parts().coclass.clsid,
+              [] { return kit::createDispatch<Server>(); });
+    };
+    serveSample("Sample.Server.1", std::type_identity<sample::Server>());
+    serveSample("Sample.FileDocument.1", std::type_identity<sample::FileDocument>());
+    serveSample("Sample.StorageDocument.1", std::type_identity<sample::StorageDocument>());
+    serveSample("Sample.StreamInitDocument.1", std::type_identity<sample::StreamInitDocument>());
+    serveSample("Sample.StreamDocument.1", std::type_identity<sample::StreamDocument>());
+    serveSample("Torture.Control.1", std::type_identity<sample::Child>());
+    std::filesystem::create_directory(folder_);
+    std::filesystem::current_path(folder_);
+}
+
+Environment::~Environment() {
+    std::error_code ignored;
+    std::filesystem::current_path(std::filesystem::temp_directory_path(), ignored);
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+void Environment::serve(const char* progId, const CLSID& clsid, kit::Maker make) {
+    kit::registerProgId(progId, clsid);
+    registrations_.emplace_back(clsid, [make] {
+        const Uncounted ours;
+        return axlink2::test::faultyServer(make().get(), serverCalls);
+    });
+}
+
+Workspace::Workspace() {
+    velmar::setOutput([this](std::string_view text) {
+        const Uncounted ours;
+        printed_ += text;
+    });
+    velmar::setWarningWriter([this](const std::string& identifier, const std::u16string&) {
+        const Uncounted ours;
+        printed_ += "warning " + identifier + "\n";
+    });
+}
+
+Workspace::~Workspace() {
+    velsh::removeAllListeners();
+    interpreter_.variables().clear();
+    velmar::setOutput({});
+    velmar::setWarningWriter({});
+}
+
+Outcome Workspace::run(const std::string& source, const std::function<void()>& armed,
+                       const std::function<void()>& disarmed) {
+    const velsh::Block program = velsh::parse(source);
+    Outcome outcome;
+    printed_.clear();
+    if (armed) armed();
+    std::exception_ptr error;
+    try {
+        interpreter_.run(program);
+    } catch (...) {
+        error = std::current_exception();
+    }
+    if (disarmed) disarmed();
+    if (error) {
+        const velmar::ErrorText described = velmar::describeError(error);
+        outcome.identifier = described.identifier;
+        outcome.text = described.text;
+    }
+    outcome.printed = std::exchange(printed_, {});
+    return outcome;
+}
+
+Living Living::now() {
+    return {static_cast<std::size_t>(kit::liveObjects()),
+            static_cast<std::size_t>(serverCalls.alive),
+            static_cast<std::size_t>(serverCalls.outstanding), velmar::liveObjectCount(),
+            hxLiveArrayCount()};
+}
+
+std::string Living::newcomers() const {
+    const Living present = now();
+    std::string words;
+    const auto compare = [&](const char* what, std::size_t before, std::size_t after) {
+        if (before != after)
+            words += std::to_string(static_cast<std::ptrdiff_t>(after) -
+                                    static_cast<std::ptrdiff_t>(before)) +
+                     " " + what + "; ";
+    };
+    compare("COM objects", comObjects, present.comObjects);
+    compare("fronts", fronts, present.fronts);
+    compare("descriptions", descriptions, present.descriptions);
+    compare("host objects", hostObjects, present.hostObjects);
+    compare("host arrays", hostArrays, present.hostArrays);
+    return words;
+}
+
+} // namespace torture
