@@ -27,7 +27,12 @@ void LiveObject::addListener(std::shared_ptr<ListenerRecord> listener) {
     if (state_ == State::Alive && !isListenedTo(event)) info->addListener(weakHandle());
     // Connecting runs foreign code, in which the object may have ended.
     if (state_ != State::Alive) hmsgcore::raise(VELMAR::class_::InvalidHandle());
-    extras().listeners.push_back(std::move(listener));
+    try {
+        extras().listeners.push_back(std::move(listener));
+    } catch (...) {
+        if (!isListenedTo(event)) disconnect(event);
+        throw;
+    }
 }
 
 void LiveObject::removeListener(ListenerRecord& listener) {

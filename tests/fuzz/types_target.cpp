@@ -35,16 +35,14 @@ std::vector<harray::unique_array> drawInputs(Script& script) {
     return inputs;
 }
 
-// Saving would write files.
-bool isCalled(const std::string& name) {
-    return name != "save" && name != "load" && name != "delete" && name != "release";
-}
+// The other methods need an object that is alive.
+bool endsObject(const std::string& name) { return name == "delete" || name == "release"; }
 
 void callMethods(velmar::LiveClass& owner, const hxArray* object, Script& script) {
     std::multiset<std::string> names;
     for (hos::HOSMethodInfo* method : owner.allMethods()) {
         velmar::signatureText(*method);
-        if (isCalled(method->getName())) names.insert(method->getName());
+        if (!endsObject(method->getName())) names.insert(method->getName());
     }
     for (const std::string& name : names) {
         const auto inputs = drawInputs(script);
