@@ -33,7 +33,8 @@ unique_array possibleValues(const hos::HOSPropInfo& property) {
     for (auto listed = type->getPossibleValues(); listed.hasMoreElements();) {
         hxArray* array = nullptr;
         conversion->convertToHost(&array, listed.nextElement());
-        values.emplace_back(array);
+        unique_array value(array);
+        values.push_back(std::move(value));
     }
     unique_array cell(hxCreateCellMatrix(values.size(), values.empty() ? 0 : 1));
     for (std::size_t i = 0; i < values.size(); ++i)

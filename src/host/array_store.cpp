@@ -3,8 +3,6 @@
 
 #include "host/host_messages.h"
 
-#include <boost/container/small_vector.hpp>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -257,16 +255,23 @@ void harray::destroyArray(hxArray* array) {
         delete array;
         return;
     }
-    // One after the other, as containers may be nested deeper than the stack is.
-    boost::container::small_vector<hxArray*, 32> pending{array};
-    while (!pending.empty()) {
-        hxArray* const next = pending.back();
-        pending.pop_back();
+    // One after the other, as containers may be nested deeper than the stack is. Those that wait
+    // are linked through the place in their headers, which nested arrays leave free: what ends an
+    // array must not ask for memory.
+    hxArray* pending = nullptr;
+    const auto wait = [&](hxArray* one) {
+        std::memcpy(one->own, &pending, sizeof pending);
+        pending = one;
+    };
+    wait(array);
+    while (pending) {
+        hxArray* const next = pending;
+        std::memcpy(&pending, next->own, sizeof pending);
         if (next->block && next->block->owners.load(std::memory_order_acquire) == 1)
             for (std::size_t i = 0; i < next->stored; ++i) {
                 hxArray*& element = next->elements<ArrayElement>()[i].array;
                 if (element && element->kind == ElementKind::Array)
-                    pending.push_back(std::exchange(element, nullptr));
+                    wait(std::exchange(element, nullptr));
             }
         delete next;
     }

@@ -134,7 +134,7 @@ constexpr Script table[] = {
      "o.Text = 'own';\n"
      "load(o, 'kept.tmp');\n"
      "disp(o.Text)\n",
-     "new\n", "old\n"},
+     "new\n", "old\nown\n"},
     {"keep storage",
      "h = actxserver('Sample.StorageDocument.1'); o = actxserver('Sample.StorageDocument.1');\n"
      "h.Text = 'old'; save(h, 'kept.tmp');",
@@ -143,7 +143,7 @@ constexpr Script table[] = {
      "o.Text = 'own';\n"
      "load(o, 'kept.tmp');\n"
      "disp(o.Text)\n",
-     "new\n", "old\n"},
+     "new\n", "old\nown\n"},
     {"keep stream init",
      "h = actxserver('Sample.StreamInitDocument.1'); o = "
      "actxserver('Sample.StreamInitDocument.1');\n"
@@ -153,7 +153,7 @@ constexpr Script table[] = {
      "o.Text = 'own';\n"
      "load(o, 'kept.tmp');\n"
      "disp(o.Text)\n",
-     "new\n", "old\n"},
+     "new\n", "old\nown\n"},
     {"keep stream",
      "h = actxserver('Sample.StreamDocument.1'); o = actxserver('Sample.StreamDocument.1');\n"
      "h.Text = 'old'; save(h, 'kept.tmp');",
@@ -162,7 +162,7 @@ constexpr Script table[] = {
      "o.Text = 'own';\n"
      "load(o, 'kept.tmp');\n"
      "disp(o.Text)\n",
-     "new\n", "old\n"},
+     "new\n", "old\nown\n"},
 };
 
 } // namespace

@@ -246,7 +246,7 @@ std::string quoted(BSTR text) {
     if (!text) return "null";
     std::string result = "\"";
     for (const OLECHAR unit : platform::viewOf(text)) {
-        char escape[5];
+        char escape[8];
         if (unit < 0x20 && unit != u'\t' && unit != u'\n') {
             std::snprintf(escape, sizeof(escape), "\\%03o", static_cast<unsigned>(unit));
             result += escape;
