@@ -1,6 +1,6 @@
 // velsh: tries and scripts Automation servers.
 #include "host/embedding.h"
-#include "platform/com.h"
+#include "platform/console.h"
 #include "platform/registry_files.h"
 #include "shell/completion.h"
 #include "shell/console.h"
@@ -12,6 +12,7 @@
 #include <boost/dll/runtime_symbol_info.hpp>
 
 #include <cstdio>
+#include <sstream>
 
 namespace {
 
@@ -69,15 +70,20 @@ bool runSession(const Options& options, bool hasCode) {
 } // namespace
 
 int main(int argc, char** argv) {
-#ifdef _WIN32
-    SetConsoleOutputCP(CP_UTF8);
-    SetConsoleCP(CP_UTF8);
-#endif
     CLI::App app("Tries and scripts Automation servers.", "velsh");
     Options options;
     addOptions(app, options);
     app.allow_windows_style_options(false); // a path may begin with a slash
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        std::ostringstream output;
+        std::ostringstream errors;
+        const int status = app.exit(end, output, errors);
+        platform::writeText(stdout, output.str());
+        platform::writeText(stderr, errors.str());
+        return status;
+    }
     try {
         start(options);
     } catch (const std::exception& error) {
@@ -86,7 +92,7 @@ int main(int argc, char** argv) {
     }
     try {
         if (app.count("--describe") == 0) return runSession(options, app.count("-e") > 0) ? 0 : 1;
-        std::fputs(velsh::describeServer(options.progId).c_str(), stdout);
+        platform::writeText(stdout, velsh::describeServer(options.progId));
         return 0;
     } catch (...) {
         velsh::reportError("velsh: " +

@@ -1,10 +1,10 @@
 // The prompt in a Windows console, which edits lines and keeps their history itself; completion is
 // added to it.
+#include "platform/console.h"
 #include "platform/text.h"
 #include "shell/prompt_plain.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace velsh {
 
@@ -30,10 +30,7 @@ std::string commonStart(const std::vector<std::string>& texts) {
     return common;
 }
 
-void show(const std::string& text) {
-    std::fputs(text.c_str(), stdout);
-    std::fflush(stdout);
-}
+void show(const std::string& text) { platform::writeText(stdout, text); }
 
 class ConsoleReader : public LineReader {
   public:

@@ -1,6 +1,7 @@
 // A session: sources run one after the other on the same variables, errors reported.
 #include "shell/session.h"
 
+#include "platform/console.h"
 #include "shell/function_handles.h"
 #include "shell/functions.h"
 #include "shell/parser.h"
@@ -20,7 +21,7 @@ Session::~Session() {
 
 void reportError(const std::string& text) {
     std::fflush(stdout);
-    std::fprintf(stderr, "%s\n", text.c_str());
+    platform::writeText(stderr, text + "\n");
 }
 
 std::string errorLine(const velmar::ErrorText& error) {

