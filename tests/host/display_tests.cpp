@@ -10,14 +10,22 @@ namespace {
 
 std::string shown(const unique_array& array) { return velmar::displayText(array.get()); }
 
+std::string printed(const std::function<void()>& action) {
+    std::string written;
+    velmar::setOutput([&](std::string_view part) { written += part; });
+    action();
+    velmar::setOutput({});
+    return written;
+}
+
 unique_array matrix(std::size_t rows, std::size_t columns, const std::vector<double>& numbers) {
     unique_array array = zeros(rows, columns);
     std::ranges::copy(numbers, static_cast<double*>(hxGetWritableData(array.get())));
     return array;
 }
 
-unique_array list(const std::vector<const char*>& texts) {
-    unique_array cell(hxCreateCellMatrix(1, texts.size()));
+unique_array list(const std::vector<const char*>& texts, std::size_t rows = 1) {
+    unique_array cell(hxCreateCellMatrix(rows, texts.size() / rows));
     for (std::size_t i = 0; i < texts.size(); ++i)
         hxSetCell(cell.get(), i, text(texts[i]).release());
     return cell;
@@ -88,44 +96,37 @@ TEST_F(Display, OfText) {
 }
 
 TEST_F(Display, OfStructsAndCellsSummarisesWhatTheyHold) {
-    const char* names[] = {"n", "text", "grid", "longer", "hole"};
-    const unique_array record(hxCreateStructMatrix(1, 1, 5, names));
-    hxSetField(record.get(), 0, "n", number(2.5).release());
-    hxSetField(record.get(), 0, "text", text("hi").release());
-    hxSetField(record.get(), 0, "grid", zeros(3, 4, hxSINGLE_CLASS).release());
-    hxSetField(record.get(), 0, "longer", row({1, 2}).release());
-    EXPECT_EQ(shown(record), "         n: 2.5\n"
-                             "      text: 'hi'\n"
-                             "      grid: [3x4 single]\n"
-                             "    longer: [1 2]\n"
-                             "      hole: []\n");
-    hxSetField(record.get(), 0, "text",
-               text((std::string(59, 'x') + "\xF0\x9D\x84\x9E").c_str()).release());
-    hxSetField(record.get(), 0, "grid", harray::create({u"a\n\0", 3}).release());
-    hxSetField(record.get(), 0, "longer", hxCreateCellMatrix(0, 0));
-    hxSetField(record.get(), 0, "n", list({"red", "green"}).release());
     const std::string wide(58, 'y');
-    hxSetField(record.get(), 0, "hole", list({wide.c_str(), "z"}).release());
-    EXPECT_EQ(shown(record), "         n: {'red', 'green'}\n"
-                             "      text: '" +
-                                 std::string(59, 'x') +
-                                 "...'\n"
-                                 "      grid: 'a \xE2\x90\x80'\n"
-                                 "    longer: {}\n"
-                                 "      hole: {1x2 cell}\n");
+    const std::string full(59, 'x');
+    const std::pair<unique_array, std::string> values[] = {
+        {number(2.5), "2.5"},
+        {text("hi"), "'hi'"},
+        {text((full + "\xF0\x9D\x84\x9E").c_str()), "'" + full + "...'"},
+        {harray::create({u"a\n\0", 3}), "'a \xE2\x90\x80'"},
+        {zeros(3, 4, hxSINGLE_CLASS), "[3x4 single]"},
+        {row({1, 2}), "[1 2]"},
+        {list({}), "{}"},
+        {list({"red", "green"}), "{'red', 'green'}"},
+        {list({wide.c_str(), "z"}), "{1x2 cell}"},
+        {unique_array(), "[]"}};
+    const char* names[] = {"n"};
+    for (const auto& [value, shownAs] : values) {
+        const unique_array record(hxCreateStructMatrix(1, 1, 1, names));
+        if (value) hxSetField(record.get(), 0, "n", hxCreateSharedDataCopy(value.get()));
+        EXPECT_EQ(shown(record), "    n: " + shownAs + "\n");
+    }
+    const char* two[] = {"n", "longer"};
+    const unique_array record(hxCreateStructMatrix(1, 1, 2, two));
+    EXPECT_EQ(shown(record), "         n: []\n    longer: []\n");
     EXPECT_EQ(shown(unique_array(hxCreateStructMatrix(1, 2, 1, names))),
               "  1x2 struct with fields:\n    n\n");
 
-    const unique_array cell(hxCreateCellMatrix(2, 3));
-    hxSetCell(cell.get(), 0, hxCreateSharedDataCopy(record.get()));
-    hxSetCell(cell.get(), 1, string(u"s").release());
-    hxSetCell(cell.get(), 2, hxCreateCellMatrix(1, 2));
-    hxSetCell(cell.get(), 3, row({1, 2}).release());
-    hxSetCell(cell.get(), 4, text("a x b]").release());
-    hxSetCell(
-        cell.get(), 5,
-        velmar::createFunctionHandle("@(x) x", [](int, unique_array*, int, const hxArray* const*) {
-        }).release());
+    const unique_array cell = list({"", "", "", "", "a x b]", ""}, 2);
+    hxReplaceCell(cell.get(), 0, hxCreateSharedDataCopy(record.get()));
+    hxReplaceCell(cell.get(), 1, string(u"s").release());
+    hxReplaceCell(cell.get(), 2, hxCreateCellMatrix(1, 2));
+    hxReplaceCell(cell.get(), 3, row({1, 2}).release());
+    hxReplaceCell(cell.get(), 5, velmar::createFunctionHandle("@(x) x", {}).release());
     EXPECT_EQ(shown(cell), "   {1x1 struct}   {1x2 cell}   {'a x b]'}\n"
                            "   {\"s\"}          {[1 2]}      {@(x) x}\n");
     EXPECT_EQ(shown(unique_array(hxCreateCellMatrix(0, 0))), "   {}\n");
@@ -149,29 +150,22 @@ TEST_F(Display, OfLargeArraysIsAPart) {
 }
 
 TEST_F(Display, OfClassesIsTheEmbeddingPrograms) {
-    const MethodSpec go{"Go", {"class"}};
-    const TestClass plain({{go}});
+    const TestClass plain(ClassSpec{.methods = {{"Go", {"class"}}}});
     const unique_array object = plain.makeArray();
-    std::string written;
-    velmar::setOutput([&](std::string_view part) { written += part; });
+    const auto methods = [&] {
+        return printed([&] { velmar::call("methods", 0, {object.get()}); });
+    };
     velmar::setClassDisplay(
         [](const hxArray* one) { return hxGetClassName(one) + std::string("!"); });
-    velmar::call("methods", 0, {object.get()});
+    EXPECT_EQ(methods(), plain.id().str() + "!");
     velmar::setClassDisplay({});
-    const std::string own = std::exchange(written, "");
-    velmar::call("methods", 0, {object.get()});
-    velmar::setOutput({});
-    EXPECT_EQ(own, plain.id().str() + "!");
-    EXPECT_EQ(written, "\nMethods for class " + plain.id().str() + ":\n\nGo\n\n");
+    EXPECT_EQ(methods(), "\nMethods for class " + plain.id().str() + ":\n\nGo\n\n");
 }
 
 TEST_F(Display, OfObjectsAsksTheirClass) {
     MethodSpec header{"getHeader", {"any"}, {"unicodeString"}};
     header.access = 1;
-    header.body = [](std::uint32_t& count, hos::HOSValue* outputs, std::int32_t, hos::HOSValue*) {
-        outputs[0] = hos::HOSValue::ofPointer(new std::u16string(u"\tmine\n"));
-        count = 1;
-    };
+    header.body = [](Call call) { call.give(new std::u16string(u"\tmine\n")); };
     const TestClass shape({{header}});
     const TestClass plain({});
     const unique_array object = shape.makeArray();
@@ -183,13 +177,12 @@ TEST_F(Display, OfObjectsAsksTheirClass) {
 }
 
 TEST_F(Display, IsWhatDispPrintsOrGives) {
-    std::string written;
-    velmar::setOutput([&](std::string_view text) { written += text; });
     const unique_array five = number(5);
-    velmar::call("disp", 0, {five.get()});
-    const velmar::Arrays given = velmar::call("disp", 1, {five.get()});
-    velmar::setOutput({});
-    EXPECT_EQ(written, "5\n");
-    EXPECT_EQ(textOf(given[0].get()), "5\n");
+    EXPECT_EQ(printed([&] { velmar::call("disp", 0, {five.get()}); }), "5\n");
+    EXPECT_EQ(printed([&] {
+                  const velmar::Arrays given = velmar::call("disp", 1, {five.get()});
+                  EXPECT_EQ(textOf(given[0].get()), "5\n");
+              }),
+              "");
     EXPECT_EQ(errorOf([] { velmar::call("disp", 0, {}); }), "VELMAR:minrhs");
 }

@@ -29,33 +29,22 @@ TEST_F(Embedding, FunctionsAreCalledDefinedAnewAndFillUnsetOutputs) {
 TEST_F(Embedding, FunctionHandlesKeepWhatTheyHold) {
     const auto held = std::make_shared<int>(1);
     {
-        const unique_array handle = velmar::createFunctionHandle(
-            "@f", [held](int, unique_array* outputs, int, const hxArray* const*) {
-                outputs[0] = number(*held);
-            });
+        const unique_array handle =
+            velmar::createFunctionHandle("@f", [held](int, auto*, int, auto*) {});
         const unique_array copy(hxCreateSharedDataCopy(handle.get()));
         EXPECT_STREQ(hxGetClassName(copy.get()), "function_handle");
         EXPECT_EQ(velmar::textOfHandle(copy.get()), "@f");
-        unique_array output;
-        (*velmar::functionOfHandle(copy.get()))(1, &output, 0, nullptr);
-        EXPECT_EQ(hxGetScalar(output.get()), 1);
     }
     EXPECT_EQ(held.use_count(), 1);
     EXPECT_EQ(velmar::functionOfHandle(number(1).get()), nullptr);
 }
 
 TEST_F(Embedding, AModuleThatIsNoneIsRefusedWithItsName) {
-    try {
-        velmar::loadModule("no/such/module.so");
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_NE(std::string(error.what()).find("no/such/module.so"), std::string::npos);
-    }
-    // A library without the functions of a module: the one of this test's own host.
-    try {
-        velmar::loadModule(HOST_LIBRARY);
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_NE(std::string(error.what()).find("RegisterAxlink2"), std::string::npos);
+    // The second one is a library without the functions of a module: the host.
+    const std::pair<const char*, const char*> rows[] = {{"no/such/module.so", "no/such/module.so"},
+                                                        {HOST_LIBRARY, "RegisterAxlink2"}};
+    for (const auto& [library, part] : rows) {
+        const auto error = axlink2::test::describedErrorOf([&] { velmar::loadModule(library); });
+        EXPECT_NE(error.text.find(part), std::string::npos) << error.text;
     }
 }

@@ -1,24 +1,18 @@
 // Classes made of lambdas, and short ways to arrays.
 #include "tests/host/host_test.h"
 
-#include "host/exception.h"
-
 #include <algorithm>
 #include <cstring>
 
 namespace host_test {
 
-HostTest::HostTest() : arrays_(hxLiveArrayCount()), objects_(velmar::liveObjectCount()) {
+HostTest::HostTest() {
     velmar::setWarningWriter([this](const std::string& identifier, const std::u16string& text) {
         warnings.push_back(identifier + ": " + hsys::i18n::to_string(text));
     });
 }
 
-HostTest::~HostTest() {
-    velmar::setWarningWriter({});
-    EXPECT_EQ(hxLiveArrayCount(), arrays_) << "arrays leaked";
-    EXPECT_EQ(velmar::liveObjectCount(), objects_) << "objects leaked";
-}
+HostTest::~HostTest() { velmar::setWarningWriter({}); }
 
 unique_array zeros(std::size_t rows, std::size_t columns, hxClassID type) {
     const std::size_t extents[] = {rows, columns};
@@ -56,18 +50,10 @@ std::string textOf(const hxArray* array) {
                                                            : "<no text>";
 }
 
-std::string errorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (...) {
-        return velmar::describeError(std::current_exception()).identifier;
-    }
-    return {};
-}
-
 namespace {
 
 using Spec = std::shared_ptr<ClassSpec>;
+using Stored = std::map<std::string, unique_array>;
 
 class TestMethod final : public hos::HOSMethodInfo {
   public:
@@ -87,7 +73,7 @@ class TestMethod final : public hos::HOSMethodInfo {
     hos::HOSMethodSignature* getSignature() const override { return signature_.get(); }
     void invoke(const hos::HOSClient*, std::uint32_t* outputCount, hos::HOSValue* outputs,
                 std::int32_t inputCount, hos::HOSValue* inputs) override {
-        if (spec_.body) spec_.body(*outputCount, outputs, inputCount, inputs);
+        if (spec_.body) spec_.body({*outputCount, outputs, inputCount, inputs});
     }
 
   private:
@@ -105,13 +91,23 @@ class TestProperty final : public hos::HOSPropInfo {
         *out = hos::HOSDataTypePtr(name(spec_.type));
         return out;
     }
-    hos::MemberAccess getGetAccess() const override { return spec_.get ? 0 : 2; }
-    hos::MemberAccess getSetAccess() const override { return spec_.set ? 0 : 2; }
-    hos::HOSValue* getValue(hos::HOSValue* out, hos::HOSInterface*) override {
-        *out = spec_.get();
+    hos::MemberAccess getGetAccess() const override { return spec_.get || spec_.stored ? 0 : 2; }
+    hos::MemberAccess getSetAccess() const override { return spec_.set || spec_.stored ? 0 : 2; }
+    hos::HOSValue* getValue(hos::HOSValue* out, hos::HOSInterface* object) override {
+        if (spec_.stored) {
+            const hxArray* kept = storedBy(object)[spec_.name].get();
+            *out = hos::HOSValue::ofPointer(kept ? hxCreateSharedDataCopy(kept) : nullptr);
+        } else {
+            *out = spec_.get();
+        }
         return out;
     }
-    void setValue(hos::HOSInterface*, hos::HOSValue value) override { spec_.set(value); }
+    void setValue(hos::HOSInterface* object, hos::HOSValue value) override {
+        if (spec_.stored)
+            storedBy(object)[spec_.name].reset(hxCreateSharedDataCopy(value.array()));
+        else
+            spec_.set(value);
+    }
     void destroyValue(hos::HOSInterface*, hos::HOSValue value) override {
         hos::HOSDataTypePtr(name(spec_.type))->releaseValue(value);
     }
@@ -168,15 +164,13 @@ class TestClassInfo final : public hos::HOSClassInfo {
     }
     void* createInstanceData() override {
         spec_->log.push_back("create");
-        return new int(7);
+        return new Stored;
     }
     void destroyInstanceData(hos::HOSInterface* object, void* data) override {
-        hos::id owner;
-        object->getClass()->getID(&owner);
         EXPECT_FALSE(object->isDeleted());
-        EXPECT_EQ(object->getInstanceData(owner), data);
+        EXPECT_EQ(&storedBy(object), data);
         spec_->log.push_back("destroy");
-        delete static_cast<int*>(data);
+        delete static_cast<Stored*>(data);
     }
 
   private:
@@ -191,16 +185,46 @@ class TestNamespace final : public hos::HOSNamespaceInfo {
     void setPackage(hos::HOSPackage*) override {}
 };
 
+class TestEventData final : public hos::HOSEventData {
+  public:
+    TestEventData(hos::id event, hos::HOSInterfacePtr source, hxArray* data)
+        : event_(event), source_(std::move(source)), data_(data) {}
+    hos::id* getEventName(hos::id* out) const override { return *out = event_, out; }
+    hos::HOSInterfacePtr* getSource(hos::HOSInterfacePtr* out) const override {
+        return *out = source_, out;
+    }
+    hos::HOSEventData* clone() const override { return new TestEventData(*this); }
+    hxArray* getEventData() const override { return data_; }
+
+  private:
+    hos::id event_;
+    hos::HOSInterfacePtr source_;
+    hxArray* data_;
+};
+
 } // namespace
 
-TestClass::TestClass(ClassSpec spec) : spec_(std::make_shared<ClassSpec>(std::move(spec))) {
+Stored& storedBy(hos::HOSInterface* object) {
+    hos::id owner;
+    object->getClass()->getID(&owner);
+    return *static_cast<Stored*>(object->getInstanceData(owner));
+}
+
+void send(const hos::HOSInterfacePtr& object, const char* event, hxArray* data) {
+    TestEventData sent(name(event), object, data);
+    object->notifyListeners(hos::HOSGetPublicClient(), name(event), &sent);
+    EXPECT_TRUE(sent.isOkToDestroy());
+}
+
+TestClass::TestClass(ClassSpec spec, std::string className)
+    : spec_(std::make_shared<ClassSpec>(std::move(spec))) {
     static int number = 0;
-    const std::string className = "Class" + std::to_string(++number);
+    if (className.empty()) className = "Class" + std::to_string(++number);
     hos::HOSPackage::addNamespace(new TestNamespace); // ends all but the first
     hos::HOSPackage* package = hos::HOSPackage::getNamespace(name("Test"));
     package->addClass(new TestClassInfo(className, spec_), 0, 2);
     hos::HOSInterfacePtr handle;
-    live_ = hos::HOSClassPtrHelper::getObject(*package->findClass(&handle, className, 0));
+    live_ = hos::HOSClassPtrHelper::getObject(*package->findClass(&handle, className.c_str(), 0));
 }
 
 hos::id TestClass::id() const {

@@ -1,33 +1,29 @@
-// What the host's tests share: a leak check, arrays in short, and classes made of lambdas.
+// What tests of the host share: a leak check, arrays in short, and classes made of lambdas.
 #pragma once
 
-#include "host/array.h"
 #include "host/class.h"
-#include "host/embedding.h"
 #include "host/object_array.h"
 #include "host/text.h"
-
-#include <gtest/gtest.h>
+#include "support/alive_check.h"
+#include "support/errors.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace host_test {
 
+using axlink2::test::errorOf;
 using harray::unique_array;
 
-// After each test as many arrays and objects exist as before; warnings are collected.
-class HostTest : public testing::Test {
+// Warnings are collected.
+class HostTest : public axlink2::test::AliveCheck {
   protected:
     HostTest();
     ~HostTest() override;
 
     std::vector<std::string> warnings; // "identifier: text"
-
-  private:
-    std::size_t arrays_;
-    std::size_t objects_;
 };
 
 inline hos::id name(const char* text) { return hos::internal::makeInterned(text); }
@@ -39,18 +35,26 @@ unique_array string(const char16_t* content);
 unique_array zeros(std::size_t rows, std::size_t columns, hxClassID type = hxDOUBLE_CLASS);
 std::string textOf(const hxArray* array);
 
-// Runs `action` and gives the identifier of the error that leaves it; empty without one.
-std::string errorOf(const std::function<void()>& action);
+// A call of a test's method.
+struct Call {
+    std::uint32_t& outputCount;
+    hos::HOSValue* outputs;
+    std::int32_t inputCount;
+    hos::HOSValue* inputs;
 
-// What a test's method does: the values of its inputs in, outputs out.
-using Body = std::function<void(std::uint32_t& outputCount, hos::HOSValue* outputs,
-                                std::int32_t inputCount, hos::HOSValue* inputs)>;
+    // Sets all outputs, which are of type "any" or pointers as well.
+    template <class... Pointers>
+    void give(Pointers*... values) {
+        outputCount = 0;
+        ((outputs[outputCount++] = hos::HOSValue::ofPointer(values)), ...);
+    }
+};
 
 struct MethodSpec {
     std::string name;                     // "own name" stands for the class's bare name
     std::vector<const char*> inputs = {}; // "class" stands for the class itself
     std::vector<const char*> outputs = {};
-    Body body = {};
+    std::function<void(Call)> body = {};
     std::size_t optional = 0;
     bool variableInput = false;
     bool variableOutput = false;
@@ -58,10 +62,11 @@ struct MethodSpec {
 };
 
 struct PropertySpec {
-    std::string name = {};
+    std::string name;
     const char* type = "any";
     std::function<hos::HOSValue()> get = {};
     std::function<void(hos::HOSValue)> set = {};
+    bool stored = false; // an array of each object's own
 };
 
 // What a test's class is made of, and what happened to it.
@@ -75,10 +80,10 @@ struct ClassSpec {
     std::vector<std::string> log = {}; // populate, create, connect, disconnect, destroy
 };
 
-// A new class of the package "Test" under a name of its own.
+// A new class of the package "Test", under a name of its own unless one is given.
 class TestClass {
   public:
-    explicit TestClass(ClassSpec spec);
+    explicit TestClass(ClassSpec spec, std::string className = {});
 
     hos::HOSClass& live() const { return *live_; }
     hos::id id() const;
@@ -91,5 +96,11 @@ class TestClass {
     std::shared_ptr<ClassSpec> spec_;
     hos::HOSClass* live_;
 };
+
+// What an object of a test's class stores, by the property's name.
+std::map<std::string, unique_array>& storedBy(hos::HOSInterface* object);
+
+// Sends an event to the object's listeners, as a module does; `data` stays the caller's.
+void send(const hos::HOSInterfacePtr& object, const char* event, hxArray* data);
 
 } // namespace host_test

@@ -20,14 +20,9 @@ struct Key {
 #define ONE(space, component, key, A) {component, #key, 1},
 #define TWO(space, component, key, A, B) {component, #key, 2},
 #define EITHER(space, component, key, A, B) {component, #key, 1},
-constexpr Key moduleKeys[] = {VELMAR_MESSAGES(NONE, ONE, TWO, EITHER)};
-#undef NONE
-#undef ONE
-#undef TWO
-#undef EITHER
 
 std::vector<Key> allKeys() {
-    std::vector<Key> keys(std::begin(moduleKeys), std::end(moduleKeys));
+    std::vector<Key> keys{VELMAR_MESSAGES(NONE, ONE, TWO, EITHER)};
     for (const velmar::HostKey& key : velmar::keys::all)
         keys.push_back({key.component, key.key, key.arguments});
     return keys;
@@ -54,10 +49,8 @@ TEST_F(Messages, EveryKeyHasATextThatUsesEachOfItsArguments) {
             marks.emplace_back(u"<" + std::u16string(1, static_cast<char16_t>(u'A' + i)) + u">");
         const std::u16string text = textOf(AnyMessage(key, marks));
         EXPECT_NE(hsys::i18n::to_string(text), name) << "no text";
-        for (const hmsgcore::MessageArgument& mark : marks) {
-            const bool isUsed = text.find(std::get<std::u16string>(mark)) != std::u16string::npos;
-            EXPECT_TRUE(isUsed) << name;
-        }
+        for (const hmsgcore::MessageArgument& mark : marks)
+            EXPECT_NE(text.find(std::get<std::u16string>(mark)), std::u16string::npos) << name;
         // With arguments left out, a place for one more would show as nothing.
         EXPECT_EQ(textOf(AnyMessage(key, marks)).find(u'{'), std::u16string::npos) << name;
         marks.emplace_back(std::u16string(u"<more>"));
@@ -74,17 +67,9 @@ TEST_F(Messages, ArgumentsOfEveryKindTakeTheirPlaces) {
 }
 
 TEST_F(Messages, ErrorsOfAnyKindAreDescribed) {
-    const auto describe = [](const std::function<void()>& raise) {
-        try {
-            raise();
-        } catch (...) {
-            return velmar::describeError(std::current_exception());
-        }
-        return velmar::ErrorText{};
-    };
-    const auto expect = [&](const std::function<void()>& raise, const char* identifier,
-                            const char* part) {
-        const velmar::ErrorText error = describe(raise);
+    const auto expect = [](const std::function<void()>& raise, const char* identifier,
+                           const char* part) {
+        const velmar::ErrorText error = axlink2::test::describedErrorOf(raise);
         EXPECT_EQ(error.identifier, identifier);
         EXPECT_NE(error.text.find(part), std::string::npos) << error.text;
     };

@@ -1,33 +1,69 @@
-// Calls through IDispatch, and a fixture after which nothing is left alive.
+// Calls through IDispatch with C++ values.
 #pragma once
 
 #include "servers/kit/kit.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <array>
 #include <string>
 
 namespace server_tests {
 
 using platform::ComPtr;
 using platform::OleString;
-using platform::OleView;
 using platform::ScopedBstr;
 using platform::ScopedVariant;
 
+// A call's arguments, the first one first: C++ values, text in UTF-8, or a VARIANT that stays the
+// caller's.
+class Arguments {
+  public:
+    template <class... Args>
+    explicit Arguments(Args&&... args) {
+        (add(std::forward<Args>(args)), ...);
+    }
+    const std::vector<VARIANT>& get() const { return values_; }
+
+  private:
+    template <class T>
+    void add(T&& value) {
+        if constexpr (std::is_same_v<std::remove_cvref_t<T>, VARIANT>)
+            values_.push_back(value);
+        else if constexpr (std::is_convertible_v<T, const char*>)
+            add(platform::toOle(value));
+        else
+            values_.push_back(owned_.emplace_back(kit::toVariant(std::forward<T>(value))).get());
+    }
+
+    std::vector<ScopedVariant> owned_;
+    std::vector<VARIANT> values_;
+};
+
+inline DISPID dispidOf(IDispatch* object, const std::string& name) {
+    OleString text = platform::toOle(name);
+    LPOLESTR pointer = text.data();
+    DISPID dispid = DISPID_UNKNOWN;
+    object->GetIDsOfNames(IID_NULL, &pointer, 1, LOCALE_USER_DEFAULT, &dispid);
+    return dispid;
+}
+
 // What a call answered.
 struct Outcome {
-    HRESULT hr = E_UNEXPECTED;
+    HRESULT hr;
     ScopedVariant result;
     EXCEPINFO excepInfo{};
     UINT argumentError = 99;
 
-    Outcome() = default;
-    Outcome(Outcome&& other) noexcept
-        : hr(other.hr), result(std::move(other.result)),
-          excepInfo(std::exchange(other.excepInfo, {})), argumentError(other.argumentError) {}
+    // Invokes a member; puts name their value.
+    Outcome(IDispatch* object, const std::string& name, WORD flags, const Arguments& arguments) {
+        std::vector<VARIANT> reversed(arguments.get().rbegin(), arguments.get().rend());
+        DISPID named = DISPID_PROPERTYPUT;
+        const bool isPut = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
+        DISPPARAMS params{reversed.data(), isPut ? &named : nullptr,
+                          static_cast<UINT>(reversed.size()), isPut ? 1u : 0u};
+        hr = object->Invoke(dispidOf(object, name), IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
+                            result.put(), &excepInfo, &argumentError);
+    }
+    Outcome(const Outcome&) = delete;
     ~Outcome() {
         for (BSTR text : {excepInfo.bstrSource, excepInfo.bstrDescription, excepInfo.bstrHelpFile})
             SysFreeString(text);
@@ -43,48 +79,17 @@ struct Outcome {
     }
 };
 
-// Invoke with borrowed arguments, the first one first; puts name their value.
-inline Outcome invoke(IDispatch* object, DISPID dispid, WORD flags,
-                      std::vector<VARIANT> arguments) {
-    Outcome outcome;
-    std::ranges::reverse(arguments);
-    DISPID named = DISPID_PROPERTYPUT;
-    const bool isPut = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
-    DISPPARAMS params{arguments.data(), isPut ? &named : nullptr,
-                      static_cast<UINT>(arguments.size()), isPut ? 1u : 0u};
-    outcome.hr = object->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
-                                outcome.result.put(), &outcome.excepInfo, &outcome.argumentError);
-    return outcome;
-}
-
-inline DISPID dispidOf(IDispatch* object, const OLECHAR* name) {
-    OleString text = name;
-    LPOLESTR pointer = text.data();
-    DISPID dispid = DISPID_UNKNOWN;
-    object->GetIDsOfNames(IID_NULL, &pointer, 1, LOCALE_USER_DEFAULT, &dispid);
-    return dispid;
-}
-
-// The same by name, with C++ values.
 template <class... Args>
-Outcome call(IDispatch* object, const OLECHAR* name, WORD flags, Args&&... args) {
-    std::array<ScopedVariant, sizeof...(Args)> owned{kit::toVariant(std::forward<Args>(args))...};
-    std::vector<VARIANT> arguments;
-    for (const auto& value : owned)
-        arguments.push_back(value.get());
-    return invoke(object, dispidOf(object, name), flags, std::move(arguments));
+Outcome method(IDispatch* object, const std::string& name, Args&&... args) {
+    return Outcome(object, name, DISPATCH_METHOD, Arguments(std::forward<Args>(args)...));
 }
 template <class... Args>
-Outcome method(IDispatch* object, const OLECHAR* name, Args&&... args) {
-    return call(object, name, DISPATCH_METHOD, std::forward<Args>(args)...);
+Outcome get(IDispatch* object, const std::string& name, Args&&... args) {
+    return Outcome(object, name, DISPATCH_PROPERTYGET, Arguments(std::forward<Args>(args)...));
 }
 template <class... Args>
-Outcome get(IDispatch* object, const OLECHAR* name, Args&&... args) {
-    return call(object, name, DISPATCH_PROPERTYGET, std::forward<Args>(args)...);
-}
-template <class... Args>
-Outcome put(IDispatch* object, const OLECHAR* name, Args&&... args) {
-    return call(object, name, DISPATCH_PROPERTYPUT, std::forward<Args>(args)...);
+Outcome put(IDispatch* object, const std::string& name, Args&&... args) {
+    return Outcome(object, name, DISPATCH_PROPERTYPUT, Arguments(std::forward<Args>(args)...));
 }
 
 // A by-reference argument.
@@ -95,22 +100,5 @@ VARIANT byReference(VARTYPE vt, Payload* target) {
     result.byref = target;
     return result;
 }
-
-inline VARIANT missing() {
-    VARIANT result{};
-    result.vt = VT_ERROR;
-    result.scode = DISP_E_PARAMNOTFOUND;
-    return result;
-}
-
-// The checks come last: once the members of the test itself have let go.
-class ServerTest : public ::testing::Test {
-  protected:
-    ServerTest() { EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK); }
-    ~ServerTest() override {
-        EXPECT_EQ(kit::liveObjectNames(), std::vector<std::string>());
-        CoUninitialize();
-    }
-};
 
 } // namespace server_tests

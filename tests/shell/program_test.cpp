@@ -1,4 +1,6 @@
 // The built program: exit status and what it writes, as a person at a command line sees it.
+#include "support/temporary_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -24,23 +26,15 @@ struct Outcome {
 // An empty data directory keeps the user's own registrations out.
 class Program : public testing::Test {
   protected:
-    void SetUp() override {
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = fs::temp_directory_path() / (std::string("velsh-test-") + info->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     fs::path write(const std::string& name, const std::string& text) const {
-        fs::create_directories((folder_ / name).parent_path());
-        std::ofstream(folder_ / name, std::ios::binary) << text;
-        return folder_ / name;
+        fs::create_directories(folder_.file(name).parent_path());
+        folder_.write(name, text);
+        return folder_.file(name);
     }
     static std::string quoted(const fs::path& path) { return "'" + path.string() + "'"; }
 
     Outcome run(const std::string& arguments) const {
-        const std::string command = "XDG_DATA_HOME=" + quoted(folder_ / "data") + " " +
+        const std::string command = "XDG_DATA_HOME=" + quoted(folder_.file("data")) + " " +
                                     VELSH_PROGRAM + " " + arguments + " 2>&1 </dev/null";
         Outcome outcome{-1, {}};
         FILE* pipe = popen(command.c_str(), "r");
@@ -51,7 +45,7 @@ class Program : public testing::Test {
         outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         return outcome;
     }
-    fs::path folder_;
+    const axlink2::test::TemporaryFolder folder_;
 };
 
 void expectOneErrorLine(const Outcome& outcome, const std::string& part) {
@@ -70,13 +64,15 @@ TEST_F(Program, SaysWhoItIs) {
 }
 
 TEST_F(Program, EndsWithOneLineWhenTheModuleIsMissing) {
-    expectOneErrorLine(run("--module " + quoted(folder_ / "nothing.so") + " -e 1"), "nothing.so");
+    expectOneErrorLine(run("--module " + quoted(folder_.file("nothing.so")) + " -e 1"),
+                       "nothing.so");
 }
 
 TEST_F(Program, EndsWithOneLineForBrokenRegistrations) {
     const fs::path broken = write("broken.reg", "REGEDIT4\n\n[HKEY_CLASSES_ROOT\\A\n");
     expectOneErrorLine(run("--classes " + quoted(broken) + " -e 1"), "broken.reg:3:");
-    expectOneErrorLine(run("--classes " + quoted(folder_ / "absent.reg") + " -e 1"), "absent.reg");
+    expectOneErrorLine(run("--classes " + quoted(folder_.file("absent.reg")) + " -e 1"),
+                       "absent.reg");
     write("data/axlink2/classes/mine.reg", "REGEDIT4\n\nnonsense\n");
     expectOneErrorLine(run("-e 1"), "mine.reg:3:");
 }
@@ -91,7 +87,7 @@ TEST_F(Program, RunsCodeAndFilesAndReportsTheFirstError) {
                                 ":2: \"unknown\" is neither a variable nor a function. "
                                 "(VELMAR:UndefinedFunction)\n");
     expectOneErrorLine(run("-e 'x = ('"), "1:6: ");
-    expectOneErrorLine(run(quoted(folder_ / "absent.vel")), "absent.vel");
+    expectOneErrorLine(run(quoted(folder_.file("absent.vel"))), "absent.vel");
     expectOneErrorLine(run("-e \"h = actxserver('No.Such.Server')\""), "(VELMAR:COM:");
     expectOneErrorLine(run("--describe No.Such.Server"), "(VELMAR:COM:");
 }

@@ -38,16 +38,16 @@ class SourceRunner {
 };
 
 struct Case {
-    const char* what;
     const char* source;
     const char* seen;
 };
 
+// Each in a session of its own, behind the prologue.
 template <std::size_t count>
-void expectSeen(const Case (&cases)[count]) {
+void expectSeen(const Case (&cases)[count], const char* prologue = "") {
     for (const Case& row : cases) {
         SourceRunner runner;
-        EXPECT_EQ(runner.run(row.source), row.seen) << row.what << ": " << row.source;
+        EXPECT_EQ(runner.run(prologue + std::string(row.source)), row.seen) << row.source;
     }
 }
 

@@ -1,200 +1,86 @@
 // A small class of the host, for member chains and events without any server.
 #include "shell/widget_class.h"
 
-#include "host/class.h"
-#include "host/embedding.h"
-#include "host/object_array.h"
-
-#include <functional>
+#include "tests/host/host_test.h"
 
 namespace velsh::test {
 
 namespace {
 
-struct Widget {
-    Value name, child;
-};
+using host_test::Call;
 
-hos::id idOf(const char* name) { return hos::internal::makeInterned(name); }
-hos::id widgetClass() { return idOf("Test.Widget"); }
+hos::HOSInterfacePtr objectOf(const Call& call) {
+    return hoGetArrayElement(call.inputs[0].array(), 0);
+}
+double numberOf(const Call& call, int input) { return call.inputs[input].number(); }
 
-Widget& widgetOf(hos::HOSInterface* object) {
-    return *static_cast<Widget*>(object->getInstanceData(widgetClass()));
+// Two constants, of which "Finish" never has one.
+void defineFinish() {
+    auto* type = hos::TypedEnumStringType::createCaseInsensitiveInstance(
+        hos::HOSDataTypePtr(host_test::name("int32 scalar")), "Finish", nullptr);
+    type->addValue(0, "glossy", nullptr);
+    type->addValue(1, "matt", nullptr);
 }
 
-hxArray* newWidget(Value name) {
-    hos::HOSInterfacePtr object;
-    hos::HOSClass* widgets = hos::HOSClass::getClass(widgetClass());
-    widgets->newInstance(&object);
-    widgets->prepareInstance(object);
-    widgets->completeInstance(object);
-    widgetOf(object).name = std::move(name);
-    hxArray* array = hoCreateHOSMatrix(1, 1, widgetClass());
-    hoSetArrayElement(array, 0, object);
-    return array;
+const host_test::TestClass& widgetClass();
+
+hxArray* newWidget(const hxArray* name) {
+    harray::unique_array array = widgetClass().makeArray();
+    const auto object = hoGetArrayElement(array.get(), 0);
+    host_test::storedBy(object)["Name"].reset(hxCreateSharedDataCopy(name));
+    return array.release();
 }
 
-class TickData : public hos::HOSEventData {
-  public:
-    TickData(hos::HOSInterfacePtr source, double count) : source_(source), data_(number(0)) {
-        data_ = Value(hxCreateStructMatrix(1, 1, 0, nullptr));
-        hxSetField(data_.writable(), 0, "Count", hxCreateDoubleScalar(count));
-    }
-    hos::id* getEventName(hos::id* out) const override { return *out = idOf("Ticked"), out; }
-    hos::HOSInterfacePtr* getSource(hos::HOSInterfacePtr* out) const override {
-        return *out = source_, out;
-    }
-    HOSEventData* clone() const override { return new TickData(*this); }
-    hxArray* getEventData() const override { return const_cast<hxArray*>(data_.get()); }
+void add(Call call) { call.give(hxCreateDoubleScalar(numberOf(call, 1) + numberOf(call, 2))); }
 
-  private:
-    hos::HOSInterfacePtr source_;
-    Value data_;
-};
-
-using Body =
-    std::function<void(hos::HOSInterfacePtr, hos::HOSValue* outputs, const hos::HOSValue* inputs)>;
-
-class Method : public hos::HOSMethodInfo {
-  public:
-    Method(const char* name, int inputs, int outputs, Body body)
-        : name_(name), outputs_(outputs), body_(std::move(body)) {
-        signature_->addInput(widgetClass());
-        for (int i = 0; i < inputs; ++i)
-            signature_->addInput(idOf("double scalar"));
-        for (int i = 0; i < outputs; ++i)
-            signature_->addOutput(idOf("any"));
-    }
-    const char* getName() const override { return name_; }
-    hos::HOSMethodSignature* getSignature() const override { return signature_.get(); }
-    void invoke(const hos::HOSClient*, std::uint32_t* outputCount, hos::HOSValue* outputs,
-                std::int32_t, hos::HOSValue* inputs) override {
-        body_(hoGetArrayElement(inputs[0].array(), 0), outputs, inputs + 1);
-        *outputCount = static_cast<std::uint32_t>(outputs_);
-    }
-
-  private:
-    const char* name_;
-    int outputs_;
-    Body body_;
-    hos::HOSMethodSignaturePtr signature_ = hos::HOSMethodSignature::createMethodSignature();
-};
-
-class Property : public hos::HOSPropInfo {
-  public:
-    Property(const char* name, Value Widget::*field) : name_(name), field_(field) {}
-    const char* getName() const override { return name_; }
-    hos::HOSValue* getDefaultValue(hos::HOSValue* out) const override {
-        return *out = hos::HOSValue(), out;
-    }
-    hos::HOSDataTypePtr* getDataType(hos::HOSDataTypePtr* out) const override {
-        return *out = hos::HOSDataTypePtr(idOf("any")), out;
-    }
-    // Without a field the property is Size, which can only be read.
-    hos::MemberAccess getSetAccess() const override { return field_ ? 0 : 2; }
-    hos::HOSValue* getValue(hos::HOSValue* out, hos::HOSInterface* object) override {
-        Value value = field_ ? widgetOf(object).*field_ : doubleRow({3, 4});
-        return *out = hos::HOSValue::ofPointer(value.take().release()), out;
-    }
-    void setValue(hos::HOSInterface* object, hos::HOSValue value) override {
-        widgetOf(object).*field_ = copyOf(value.array());
-    }
-    void destroyValue(hos::HOSInterface*, hos::HOSValue value) override {
-        harray::destroyArray(value.array());
-    }
-
-  private:
-    const char* name_;
-    Value Widget::*field_;
-};
-
-// Always "glossy", of a type with two constants.
-class FinishProperty : public hos::HOSPropInfo {
-  public:
-    FinishProperty() {
-        auto* type = hos::TypedEnumStringType::createCaseInsensitiveInstance(
-            hos::HOSDataTypePtr(idOf("int32 scalar")), "Finish", nullptr);
-        if (type->hasName("matt")) return;
-        type->addValue(0, "glossy", nullptr);
-        type->addValue(1, "matt", nullptr);
-    }
-    const char* getName() const override { return "Finish"; }
-    hos::HOSValue* getDefaultValue(hos::HOSValue* out) const override {
-        return *out = hos::HOSValue(), out;
-    }
-    hos::HOSDataTypePtr* getDataType(hos::HOSDataTypePtr* out) const override {
-        return *out = hos::HOSDataTypePtr(idOf("Finish")), out;
-    }
-    hos::MemberAccess getSetAccess() const override { return 2; }
-    hos::HOSValue* getValue(hos::HOSValue*, hos::HOSInterface*) override {
-        velmar::raiseError("VELMAR:unfinished", "It is wet.\nWait.");
-    }
-    void setValue(hos::HOSInterface*, hos::HOSValue) override {}
-    void destroyValue(hos::HOSInterface*, hos::HOSValue) override {}
-};
-
-class Event : public hos::HOSEventInfo {
-  public:
-    const char* getName() const override { return "Ticked"; }
-    hos::id* getEventDataType(hos::id* out) const override {
-        return *out = idOf("event.EventData"), out;
-    }
-    void addListener(hos::HOSInterfacePtr) override {}
-    void removeListener(hos::HOSInterfacePtr) override {}
-};
-
-void give(hos::HOSValue& output, Value value) {
-    output = hos::HOSValue::ofPointer(value.take().release());
+void split(Call call) {
+    const double whole = static_cast<int>(numberOf(call, 1));
+    call.give(hxCreateDoubleScalar(whole), hxCreateDoubleScalar(numberOf(call, 1) - whole));
 }
 
-class WidgetClass : public hos::HOSClassInfo {
-  public:
-    const char* getName() const override { return "Widget"; }
-    void* createInstanceData() override { return new Widget; }
-    void destroyInstanceData(hos::HOSInterface*, void* data) override {
-        delete static_cast<Widget*>(data);
-    }
-    void populateClass(hos::HOSClass* target, void*) override {
-        target->addProperty(new Property("Name", &Widget::name));
-        target->addProperty(new Property("Child", &Widget::child));
-        target->addProperty(new Property("Size", nullptr));
-        target->addProperty(new FinishProperty);
-        target->addEvent(new Event);
-        target->addMethod(new Method("Add", 2, 1, [](auto, auto* outputs, auto* inputs) {
-            give(outputs[0], number(inputs[0].number() + inputs[1].number()));
-        }));
-        target->addMethod(new Method("Split", 1, 2, [](auto, auto* outputs, auto* inputs) {
-            const double whole = static_cast<double>(static_cast<int>(inputs[0].number()));
-            give(outputs[0], number(whole));
-            give(outputs[1], number(inputs[0].number() - whole));
-        }));
-        target->addMethod(new Method("Item", 1, 1, [](auto self, auto* outputs, auto*) {
-            outputs[0] = hos::HOSValue::ofPointer(newWidget(widgetOf(self).name));
-        }));
-        target->addMethod(new Method("Fire", 1, 0, [](auto self, auto*, auto* inputs) {
-            TickData data(self, inputs[0].number());
-            self->notifyListeners(hos::HOSGetPublicClient(), idOf("Ticked"), &data);
-        }));
-        target->addMethod(new Method("delete", 0, 0, [](auto self, auto*, auto*) {
-            self->destroy(hos::HOSGetPublicClient());
-        }));
-    }
-};
+void item(Call call) { call.give(newWidget(host_test::storedBy(objectOf(call))["Name"].get())); }
 
-class TestPackage : public hos::HOSNamespaceInfo {
-  public:
-    const char* getName() const override { return "Test"; }
-    void namespaceNotification(int, const char*) override {}
-    void setPackage(hos::HOSPackage*) override {}
-};
+void fire(Call call) {
+    const harray::unique_array data(hxCreateStructMatrix(1, 1, 0, nullptr));
+    hxSetField(data.get(), 0, "Count", hxCreateDoubleScalar(numberOf(call, 1)));
+    host_test::send(objectOf(call), "Ticked", data.get());
+    call.give();
+}
+
+void end(Call call) {
+    objectOf(call)->destroy(hos::HOSGetPublicClient());
+    call.give();
+}
+
+const host_test::TestClass& widgetClass() {
+    static const host_test::TestClass made(
+        {.methods = {{"Add", {"class", "double scalar", "double scalar"}, {"any"}, add},
+                     {"Split", {"class", "double scalar"}, {"any", "any"}, split},
+                     {"Item", {"class", "double scalar"}, {"any"}, item},
+                     {"Fire", {"class", "double scalar"}, {}, fire},
+                     {"delete", {"class"}, {}, end}},
+         .properties = {{.name = "Name", .stored = true},
+                        {.name = "Child", .stored = true},
+                        {"Size", "any",
+                         [] {
+                             return hos::HOSValue::ofPointer(host_test::row({3, 4}).release());
+                         }},
+                        {"Finish", "Finish",
+                         []() -> hos::HOSValue {
+                             velmar::raiseError("VELMAR:unfinished", "It is wet.\nWait.");
+                         }}},
+         .events = {"Ticked"}},
+        "Widget");
+    return made;
+}
 
 } // namespace
 
 void defineWidgets() {
-    hos::HOSPackage::addNamespace(new TestPackage);
-    hos::HOSPackage::getNamespace(idOf("Test"))->addClass(new WidgetClass, 0, 0);
-    velmar::defineFunction("widget", [](int, auto* outputs, int inputCount, auto* inputs) {
-        outputs[0].reset(newWidget(inputCount ? copyOf(inputs[0]) : Value()));
+    if (velmar::hasFunction("widget")) return;
+    defineFinish();
+    velmar::defineFunction("widget", [](int, auto* outputs, int, auto* inputs) {
+        outputs[0].reset(newWidget(inputs[0]));
     });
 }
 

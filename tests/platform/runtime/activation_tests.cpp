@@ -1,7 +1,9 @@
 // Apartments, class names, activation from the process and from libraries, running objects.
-#include "platform/holders.h"
 #include "platform/registry_files.h"
 #include "platform/shared_library.h"
+#include "servers/kit/kit.h"
+#include "servers/sample/identities.h"
+#include "support/registry_keys.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +16,10 @@
 namespace platform {
 namespace {
 
+using axlink2::test::registryKey;
+using sample::serverClass;
+
+// Has a name, and no server.
 constexpr CLSID counterClass = {
     0x6F1C0C0E, 0x3A52, 0x4D0B, {0x9A, 0x53, 0x5B, 0x7C, 0x0C, 0x2D, 0x4E, 0x1F}};
 
@@ -36,64 +42,39 @@ std::string hex(HRESULT hr) {
     return text;
 }
 
-// An object that only counts; it is never destroyed, so the test sees every missing release.
-class Probe final : public IClassFactory {
-  public:
-    ULONG references = 1;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references; }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
-        return QueryInterface(iid, object);
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
-};
+// A class object of the process; the fixture sees every missing release.
+ComPtr<IClassFactory> classObject() {
+    return kit::makeClassFactory([]() -> ComPtr<IDispatch> { throw kit::ComFailure{E_ABORT}; });
+}
 
 class Activation : public testing::Test {
   protected:
     void SetUp() override {
         clearRegistry();
-        const std::string classes = "[HKEY_CLASSES_ROOT\\";
-        std::ofstream(file_) << "REGEDIT4\n"
-                             << classes << "Sample.Counter\\CLSID]\n@=\"" << guidText(counterClass)
-                             << "\"\n"
-                             << classes << "Sample.Latest\\CurVer]\n@=\"Sample.Counter\"\n"
-                             << classes << "Sample.NoBrace\\CLSID]\n@=\"1\"\n"
-                             << classes << "Sample.Loop\\CurVer]\n@=\"Sample.Loop\"\n"
-                             << classes << "CLSID\\" << guidText(counterClass)
-                             << "\\ProgID]\n@=\"Sample.Counter\"\n"
-                             << server(counterClass, RUNTIME_TEST_SERVER)
-                             << server(classNumber(1), "/no/such/library.so")
-                             << server(classNumber(2), RUNTIME_TEST_PLAIN_LIBRARY)
-                             << server(classNumber(3), RUNTIME_TEST_SERVER)
-                             << server(classNumber(4), "") << classes << "CLSID\\"
-                             << guidText(classNumber(5)) << "]\n@=\"no server\"\n";
-        loadRegistryFile(file_);
+        loadRegistryFile(std::filesystem::path(SAMPLE_FOLDER) / "sample_server.reg");
+        axlink2::test::registerKeys(
+            registryKey("Sample.Counter\\CLSID", guidText(counterClass)) +
+            registryKey("CLSID\\" + guidText(counterClass) + "\\ProgID", "Sample.Counter") +
+            registryKey("Sample.Latest\\CurVer", "Sample.Counter") +
+            registryKey("Sample.NoBrace\\CLSID", "1") +
+            registryKey("Sample.Loop\\CurVer", "Sample.Loop") + server(1, "/no/such/library.so") +
+            server(2, RUNTIME_TEST_PLAIN_LIBRARY) + server(3, SAMPLE_LIBRARY) + server(4, "") +
+            registryKey("CLSID\\" + guidText(classNumber(5)), "no server"));
         ASSERT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
     }
     void TearDown() override {
         CoUninitialize();
         clearRegistry();
-        std::filesystem::remove(file_);
-        const SharedLibrary library(RUNTIME_TEST_SERVER);
-        EXPECT_EQ(library.find<int()>("runtimeTestLiveObjects")(), 0);
+        const SharedLibrary library(SAMPLE_LIBRARY);
+        EXPECT_EQ(library.find<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow")(), S_OK);
+        EXPECT_EQ(kit::liveObjects(), 0);
     }
 
-    static std::string server(REFCLSID clsid, const std::string& library) {
-        std::filesystem::path path(library);
-        if (!path.empty()) path = std::filesystem::absolute(path);
-        return "[HKEY_CLASSES_ROOT\\CLSID\\" + guidText(clsid) + "\\InprocServer32]\n@=\"" +
-               path.generic_string() + "\"\n";
+    static std::string server(BYTE number, std::filesystem::path library) {
+        if (!library.empty()) library = std::filesystem::absolute(library);
+        return registryKey("CLSID\\" + guidText(classNumber(number)) + "\\InprocServer32",
+                           library.generic_string());
     }
-
-    const std::filesystem::path file_ = std::filesystem::temp_directory_path() /
-                                        ("axlink2-act-" + std::to_string(getpid()) + ".reg");
 };
 
 void inThread(const std::function<void()>& work) { std::thread(work).join(); }
@@ -133,10 +114,8 @@ TEST_F(Activation, readsTextsAsRecordedFromAComRuntime) {
     while (std::getline(rows, row)) {
         std::istringstream fields(row);
         std::string function, text, result, guid;
-        std::getline(fields, function, '\t');
-        std::getline(fields, text, '\t');
-        std::getline(fields, result, '\t');
-        std::getline(fields, guid, '\t');
+        for (std::string* field : {&function, &text, &result, &guid})
+            std::getline(fields, *field, '\t');
         const auto parse = function == "CLSIDFromString"   ? CLSIDFromString
                            : function == "CLSIDFromProgID" ? CLSIDFromProgID
                                                            : IIDFromString;
@@ -173,73 +152,71 @@ TEST_F(Activation, findsProgIdsBothWays) {
 }
 
 TEST_F(Activation, makesObjectsOfALibraryOrSaysWhyNot) {
+    const auto outer = classObject();
     const struct {
         CLSID clsid;
         DWORD context;
         IID iid;
-        bool aggregated;
+        IUnknown* outer;
         HRESULT expected;
     } cases[] = {
-        {counterClass, CLSCTX_ALL, IID_IPersist, false, S_OK},
-        {counterClass, CLSCTX_INPROC_SERVER, IID_IUnknown, false, S_OK},
-        {counterClass, CLSCTX_ALL, IID_IDispatch, false, E_NOINTERFACE},
-        {counterClass, CLSCTX_ALL, IID_IUnknown, true, CLASS_E_NOAGGREGATION},
-        {counterClass, CLSCTX_REMOTE_SERVER, IID_IUnknown, false, REGDB_E_CLASSNOTREG},
-        {counterClass, 0, IID_IUnknown, false, E_UNEXPECTED},
-        {classNumber(1), CLSCTX_ALL, IID_IUnknown, false, HRESULT_FROM_WIN32(126)},
-        {classNumber(2), CLSCTX_ALL, IID_IUnknown, false, CO_E_DLLNOTFOUND},
-        {classNumber(3), CLSCTX_ALL, IID_IUnknown, false, CLASS_E_CLASSNOTAVAILABLE},
-        {classNumber(4), CLSCTX_ALL, IID_IUnknown, false, HRESULT_FROM_WIN32(126)},
-        {classNumber(5), CLSCTX_ALL, IID_IUnknown, false, REGDB_E_CLASSNOTREG},
-        {classNumber(9), CLSCTX_ALL, IID_IUnknown, false, REGDB_E_CLASSNOTREG},
+        {serverClass, CLSCTX_ALL, sample::serverInterface, nullptr, S_OK},
+        {serverClass, CLSCTX_INPROC_SERVER, IID_IUnknown, nullptr, S_OK},
+        {serverClass, CLSCTX_ALL, IID_IPersist, nullptr, E_NOINTERFACE},
+        {serverClass, CLSCTX_ALL, IID_IUnknown, outer.get(), CLASS_E_NOAGGREGATION},
+        {serverClass, CLSCTX_REMOTE_SERVER, IID_IUnknown, nullptr, REGDB_E_CLASSNOTREG},
+        {serverClass, 0, IID_IUnknown, nullptr, E_UNEXPECTED},
+        {classNumber(1), CLSCTX_ALL, IID_IUnknown, nullptr, HRESULT_FROM_WIN32(126)},
+        {classNumber(2), CLSCTX_ALL, IID_IUnknown, nullptr, CO_E_DLLNOTFOUND},
+        {classNumber(3), CLSCTX_ALL, IID_IUnknown, nullptr, CLASS_E_CLASSNOTAVAILABLE},
+        {classNumber(4), CLSCTX_ALL, IID_IUnknown, nullptr, HRESULT_FROM_WIN32(126)},
+        {classNumber(5), CLSCTX_ALL, IID_IUnknown, nullptr, REGDB_E_CLASSNOTREG},
+        {classNumber(9), CLSCTX_ALL, IID_IUnknown, nullptr, REGDB_E_CLASSNOTREG},
     };
     for (const auto& c : cases) {
-        Probe outer;
         ComPtr<IUnknown> object;
-        EXPECT_EQ(hex(CoCreateInstance(c.clsid, c.aggregated ? &outer : nullptr, c.context, c.iid,
-                                       object.putVoid())),
+        EXPECT_EQ(hex(CoCreateInstance(c.clsid, c.outer, c.context, c.iid, object.putVoid())),
                   hex(c.expected))
             << guidText(c.clsid);
         EXPECT_EQ(SUCCEEDED(c.expected), static_cast<bool>(object));
     }
-    EXPECT_EQ(CoCreateInstance(counterClass, nullptr, CLSCTX_ALL, IID_IUnknown, nullptr),
-              E_POINTER);
+    EXPECT_EQ(CoCreateInstance(serverClass, nullptr, CLSCTX_ALL, IID_IUnknown, nullptr), E_POINTER);
 }
 
 TEST_F(Activation, answersPerInterfaceAndKnowsNoOtherMachine) {
-    MULTI_QI wanted[] = {{&IID_IPersist, nullptr, 0}, {&IID_IDispatch, nullptr, 0}};
-    EXPECT_EQ(CoCreateInstanceEx(counterClass, nullptr, CLSCTX_ALL, nullptr, 2, wanted),
-              CO_S_NOTALLINTERFACES);
+    MULTI_QI wanted[] = {{&IID_IDispatch, nullptr, 0}, {&IID_IPersist, nullptr, 0}};
+    const auto create = [&](COSERVERINFO* machine, ULONG count, MULTI_QI* results) {
+        return CoCreateInstanceEx(serverClass, nullptr, CLSCTX_ALL, machine, count, results);
+    };
+    EXPECT_EQ(create(nullptr, 2, wanted), CO_S_NOTALLINTERFACES);
     EXPECT_EQ(wanted[1].hr, E_NOINTERFACE);
     ASSERT_EQ(wanted[0].hr, S_OK);
-    EXPECT_EQ(CoCreateInstanceEx(counterClass, nullptr, CLSCTX_ALL, nullptr, 2, wanted),
-              E_INVALIDARG); // the place is taken
+    EXPECT_EQ(create(nullptr, 2, wanted), E_INVALIDARG); // the place is taken
     wanted[0].pItf->Release();
     wanted[0].pItf = nullptr;
-    OLECHAR machine[] = OLESTR("elsewhere");
-    COSERVERINFO server{0, machine, nullptr, 0};
-    EXPECT_EQ(hex(CoCreateInstanceEx(counterClass, nullptr, CLSCTX_ALL, &server, 1, wanted)),
-              "0x800706BA");
+    OLECHAR name[] = OLESTR("elsewhere");
+    COSERVERINFO machine{0, name, nullptr, 0};
+    EXPECT_EQ(hex(create(&machine, 1, wanted)), "0x800706BA");
     EXPECT_EQ(wanted[0].pItf, nullptr);
-    EXPECT_EQ(CoCreateInstanceEx(counterClass, nullptr, CLSCTX_ALL, nullptr, 1, wanted + 1),
-              E_NOINTERFACE);
+    EXPECT_EQ(create(nullptr, 1, wanted + 1), E_NOINTERFACE);
 }
 
 TEST_F(Activation, prefersClassObjectsOfTheProcess) {
-    Probe several, single;
+    const auto several = classObject();
+    const auto single = classObject();
     DWORD cookie = 0, singleCookie = 0;
-    ASSERT_EQ(CoRegisterClassObject(counterClass, &several, CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE,
-                                    &cookie),
+    ASSERT_EQ(CoRegisterClassObject(serverClass, several.get(), CLSCTX_LOCAL_SERVER,
+                                    REGCLS_MULTIPLEUSE, &cookie),
               S_OK);
-    ASSERT_EQ(CoRegisterClassObject(classNumber(9), &single, CLSCTX_INPROC_SERVER, REGCLS_SINGLEUSE,
-                                    &singleCookie),
+    ASSERT_EQ(CoRegisterClassObject(classNumber(9), single.get(), CLSCTX_INPROC_SERVER,
+                                    REGCLS_SINGLEUSE, &singleCookie),
               S_OK);
-    for (const HRESULT expected : {S_OK, REGDB_E_CLASSNOTREG}) {
+    for (const HRESULT expected : {E_ABORT, REGDB_E_CLASSNOTREG}) {
         ComPtr<IUnknown> object;
-        EXPECT_EQ(CoGetClassObject(counterClass, CLSCTX_ALL, nullptr, IID_IClassFactory,
-                                   object.putVoid()),
-                  S_OK);
-        EXPECT_EQ(object.get(), &several);
+        EXPECT_EQ(
+            CoGetClassObject(serverClass, CLSCTX_ALL, nullptr, IID_IClassFactory, object.putVoid()),
+            S_OK);
+        EXPECT_EQ(object.get(), several.get());
         EXPECT_EQ(
             CoCreateInstance(classNumber(9), nullptr, CLSCTX_ALL, IID_IUnknown, object.putVoid()),
             expected);
@@ -247,28 +224,24 @@ TEST_F(Activation, prefersClassObjectsOfTheProcess) {
     EXPECT_EQ(CoRevokeClassObject(cookie), S_OK);
     EXPECT_EQ(CoRevokeClassObject(cookie), E_INVALIDARG);
     EXPECT_EQ(CoRevokeClassObject(singleCookie), S_OK);
-    EXPECT_EQ(several.references, 1u);
-    EXPECT_EQ(single.references, 1u);
 }
 
 TEST_F(Activation, keepsRunningObjectsUntilTheyAreRevoked) {
-    Probe probe;
+    const auto object = classObject();
     ComPtr<IUnknown> found;
     DWORD first = 0, second = 0;
     EXPECT_EQ(GetActiveObject(counterClass, nullptr, found.put()), MK_E_UNAVAILABLE);
     EXPECT_EQ(GetActiveObject(counterClass, nullptr, nullptr), E_POINTER);
-    EXPECT_EQ(RegisterActiveObject(&probe, counterClass, ACTIVEOBJECT_WEAK, &first), S_OK);
+    EXPECT_EQ(RegisterActiveObject(object.get(), counterClass, ACTIVEOBJECT_WEAK, &first), S_OK);
     EXPECT_EQ(GetActiveObject(counterClass, nullptr, found.put()), S_OK);
-    EXPECT_EQ(found.get(), &probe);
-    found.reset();
-    EXPECT_EQ(RegisterActiveObject(&probe, counterClass, ACTIVEOBJECT_STRONG, &second),
+    EXPECT_EQ(found.get(), object.get());
+    EXPECT_EQ(RegisterActiveObject(object.get(), counterClass, ACTIVEOBJECT_STRONG, &second),
               MK_S_MONIKERALREADYREGISTERED);
     EXPECT_EQ(RevokeActiveObject(first, nullptr), S_OK);
     EXPECT_EQ(RevokeActiveObject(first, nullptr), E_INVALIDARG);
     EXPECT_EQ(RevokeActiveObject(second, nullptr), S_OK);
     EXPECT_EQ(GetActiveObject(counterClass, nullptr, found.put()), MK_E_UNAVAILABLE);
     EXPECT_EQ(RegisterActiveObject(nullptr, counterClass, 0, &first), E_INVALIDARG);
-    EXPECT_EQ(probe.references, 1u);
 }
 
 } // namespace

@@ -1,16 +1,13 @@
 // .reg files and the registry read back from them.
 #include "platform/com.h"
 #include "platform/registry_files.h"
-#include "platform/text.h"
+#include "support/temporary_folder.h"
 #include "system_support.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <random>
-#include <vector>
 
 namespace platform {
 namespace {
@@ -19,20 +16,13 @@ const std::string header = "Windows Registry Editor Version 5.00\r\n\r\n";
 
 class Registry : public testing::Test {
   protected:
-    void SetUp() override {
-        clearRegistry();
-        std::filesystem::create_directories(folder_);
-    }
-    void TearDown() override {
-        clearRegistry();
-        std::filesystem::remove_all(folder_);
-    }
+    void SetUp() override { clearRegistry(); }
+    void TearDown() override { clearRegistry(); }
 
-    std::filesystem::path write(const std::string& bytes, const std::string& name = "test.reg") {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-        return folder_ / name;
+    void load(const std::string& bytes) {
+        folder_.write("test.reg", bytes);
+        loadRegistryFile(folder_.file("test.reg"));
     }
-    void load(const std::string& bytes) { loadRegistryFile(write(bytes)); }
 
     // The value as "TYPE:text" or, for other types than text, "TYPE:bytes"; "-" without it.
     static std::string read(HKEY root, const OLECHAR* path, const OLECHAR* name = nullptr) {
@@ -45,31 +35,14 @@ class Registry : public testing::Test {
         RegCloseKey(key);
         if (status != 0) return "-";
         std::string text = std::to_string(type) + ":";
-        if (type == REG_SZ || type == REG_EXPAND_SZ) {
-            const OleView units(reinterpret_cast<const OLECHAR*>(data), size / 2);
-            return text + toNarrow(units.substr(0, units.find(u'\0')));
-        }
+        if (type == REG_SZ || type == REG_EXPAND_SZ)
+            return text + toNarrow(reinterpret_cast<const OLECHAR*>(data));
         for (DWORD i = 0; i < size; ++i)
             text += std::to_string(data[i]) + " ";
         return text;
     }
 
-    static std::string subkeys(HKEY root, const OLECHAR* path) {
-        HKEY key = nullptr;
-        if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != 0) return "-";
-        std::string names;
-        OLECHAR name[64];
-        DWORD size = 64;
-        for (DWORD i = 0;
-             RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
-             ++i, size = 64)
-            names += toNarrow(OleView(name, size)) + " ";
-        RegCloseKey(key);
-        return names;
-    }
-
-    const std::filesystem::path folder_ =
-        std::filesystem::temp_directory_path() / ("axlink2-reg-" + std::to_string(getpid()));
+    const axlink2::test::TemporaryFolder folder_;
 };
 
 TEST_F(Registry, givesEveryKindOfValueBack) {
@@ -106,7 +79,13 @@ TEST_F(Registry, mergesTheClassesOfUserAndMachine) {
                   "[HKEY_CURRENT_USER\\Software\\Classes\\B]\n@=\"user\"\n"
                   "[HKEY_CURRENT_USER\\Software\\Classes\\a]\n"
                   "[HKEY_LOCAL_MACHINE\\Software\\Classes\\C]\n");
-    EXPECT_EQ(subkeys(HKEY_CLASSES_ROOT, nullptr), "a B C ");
+    std::string names;
+    OLECHAR name[64];
+    for (DWORD i = 0, size = 64;
+         RegEnumKeyExW(HKEY_CLASSES_ROOT, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+         ++i, size = 64)
+        names += toNarrow(OleView(name, size)) + " ";
+    EXPECT_EQ(names, "a B C ");
     EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("b")), "1:user");
     EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("b"), OLESTR("only")), "1:m");
     load(header + "[-HKEY_CURRENT_USER\\Software\\Classes\\b]\n");
@@ -120,6 +99,8 @@ TEST_F(Registry, answersSizesAndEndsAsDocumented) {
     EXPECT_EQ(RegOpenKeyExW(nullptr, OLESTR("k"), 0, KEY_READ, &key), 6);
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("\\k"), 0, KEY_READ, &key), 161);
     ASSERT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, OLESTR("\\CLSID"), 0, KEY_READ, &key), 0);
+    EXPECT_EQ(RegCloseKey(key), 0);
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, nullptr, 0, KEY_READ, &key), 0);
     EXPECT_EQ(RegCloseKey(key), 0);
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, OLESTR("k\\"), 0, KEY_READ, &key), 0);
     OLECHAR name[4];
@@ -152,7 +133,7 @@ TEST_F(Registry, takesRelativeServerLibrariesFromTheFilesFolder) {
     load(header + "[HKEY_CLASSES_ROOT\\CLSID\\{1}\\InProcServer32]\n@=\"lib/../server.so\"\n"
                   "[HKEY_CLASSES_ROOT\\CLSID\\{2}\\InProcServer32]\n@=\"/opt/server.so\"\n");
     EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("CLSID\\{1}\\InprocServer32")),
-              "1:" + (folder_ / "server.so").string());
+              "1:" + folder_.file("server.so").string());
     EXPECT_EQ(read(HKEY_CLASSES_ROOT, OLESTR("CLSID\\{2}\\InprocServer32")), "1:/opt/server.so");
 }
 
@@ -185,20 +166,19 @@ TEST_F(Registry, refusesBrokenFilesWithFileAndLineAndKeepsWhatItHad) {
     };
     load(header + "[HKEY_CURRENT_USER\\kept]\n@=\"as it was\"\n");
     for (const auto& broken : cases) {
-        const std::filesystem::path file = write(broken.bytes, "broken.reg");
         try {
-            loadRegistryFile(file);
+            load(broken.bytes);
             ADD_FAILURE() << "accepted: " << broken.bytes;
         } catch (const RegistryFileError& error) {
             const std::string what = error.what();
-            EXPECT_TRUE(what.starts_with(file.string() + ":" + std::to_string(broken.line) + ": "))
-                << what;
+            const std::string place = ":" + std::to_string(broken.line) + ": ";
+            EXPECT_TRUE(what.starts_with(folder_.file("test.reg").string() + place)) << what;
             EXPECT_NE(what.find(broken.reason), std::string::npos) << what;
         }
         EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("kept")), "1:as it was");
     }
-    EXPECT_THROW(loadRegistryFile(folder_ / "missing.reg"), RegistryFileError);
-    EXPECT_THROW(loadRegistryFile(folder_), RegistryFileError);
+    EXPECT_THROW(loadRegistryFile(folder_.file("missing.reg")), RegistryFileError);
+    EXPECT_THROW(loadRegistryFile(folder_.file(".")), RegistryFileError);
 }
 
 TEST_F(Registry, survivesEveryMutationOfAFile) {
@@ -221,23 +201,22 @@ TEST_F(Registry, survivesEveryMutationOfAFile) {
             ASSERT_EQ(read(HKEY_CURRENT_USER, OLESTR("k")), "-");
         }
     }
-    EXPECT_GT(accepted, 0);
-    EXPECT_LT(accepted, 500);
+    EXPECT_TRUE(accepted > 0 && accepted < 500) << accepted;
 }
 
 TEST_F(Registry, loadsTheUsersFilesInOrder) {
-    std::filesystem::create_directories(folder_ / "axlink2" / "classes");
+    std::filesystem::create_directories(folder_.file("axlink2/classes"));
     const std::string key = header + "[HKEY_CURRENT_USER\\u]\n";
-    write(key + "@=\"second\"\n", "axlink2/classes/b.reg");
-    write(key + "@=\"first\"\n\"a\"=\"a\"\n", "axlink2/classes/a.reg");
-    write("not a registry file", "axlink2/classes/readme.txt");
+    folder_.write("axlink2/classes/b.reg", key + "@=\"second\"\n");
+    folder_.write("axlink2/classes/a.reg", key + "@=\"first\"\n\"a\"=\"a\"\n");
+    folder_.write("axlink2/classes/readme.txt", "not a registry file");
     const char* before = std::getenv(userDataVariable);
     const std::string saved = before ? before : "";
-    setVariable(userDataVariable, folder_.string().c_str());
+    setVariable(userDataVariable, folder_.file(".").string().c_str());
     loadUserRegistryFiles();
     EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u")), "1:second");
     EXPECT_EQ(read(HKEY_CURRENT_USER, OLESTR("u"), OLESTR("a")), "1:a");
-    setVariable(userDataVariable, (folder_ / "nowhere").string().c_str());
+    setVariable(userDataVariable, folder_.file("nowhere").string().c_str());
     EXPECT_NO_THROW(loadUserRegistryFiles());
     setVariable(userDataVariable, before ? saved.c_str() : nullptr);
 }

@@ -133,20 +133,18 @@ TEST(InitOnce, letsOneThreadDoTheWorkAndTheNextOneAfterAFailure) {
     const auto work = [&] {
         BOOL pending = FALSE;
         ASSERT_TRUE(InitOnceBeginInitialize(&once, 0, &pending, nullptr));
-        if (pending) {
-            const bool fails = ++attempts == 1;
-            Sleep(20);
-            finished += fails ? 0 : 1;
-            EXPECT_TRUE(InitOnceComplete(&once, fails ? INIT_ONCE_INIT_FAILED : 0, nullptr));
-        } else {
-            EXPECT_EQ(finished, 1); // whoever waited sees the work done
-        }
+        EXPECT_EQ(finished, pending ? 0 : 1); // whoever waited sees the work done
+        if (!pending) return;
+        const bool fails = ++attempts == 1;
+        Sleep(20);
+        finished += fails ? 0 : 1;
+        EXPECT_TRUE(InitOnceComplete(&once, fails ? INIT_ONCE_INIT_FAILED : 0, nullptr));
     };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 6; ++i)
-        threads.emplace_back(work);
-    for (std::thread& thread : threads)
-        thread.join();
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 6; ++i)
+            threads.emplace_back(work);
+    }
     EXPECT_EQ(attempts, 2);
     EXPECT_EQ(finished, 1);
     EXPECT_FALSE(InitOnceComplete(&once, 0, nullptr));

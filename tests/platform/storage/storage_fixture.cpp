@@ -52,6 +52,12 @@ ComPtr<IStorage> createStorage(IStorage* storage, const OLECHAR* name, DWORD mod
     return inner;
 }
 
+ComPtr<IStorage> openStorage(IStorage* storage, const OLECHAR* name, DWORD mode) {
+    ComPtr<IStorage> inner;
+    EXPECT_EQ(storage->OpenStorage(name, nullptr, mode, nullptr, 0, inner.put()), S_OK);
+    return inner;
+}
+
 std::string readAll(IStream* stream) {
     std::string content;
     std::array<char, 1000> buffer;

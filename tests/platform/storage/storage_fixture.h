@@ -39,6 +39,7 @@ ComPtr<IStream> createStream(IStorage* storage, const OLECHAR* name,
 void writeStream(IStorage* storage, const OLECHAR* name, const std::string& content);
 void write(IStream* stream, const std::string& content);
 ComPtr<IStorage> createStorage(IStorage* storage, const OLECHAR* name, DWORD mode = exclusive);
+ComPtr<IStorage> openStorage(IStorage* storage, const OLECHAR* name, DWORD mode = exclusive);
 
 // What stands there; "?" and the result where that can't be read.
 std::string readStream(IStorage* storage, const OLECHAR* name);

@@ -10,14 +10,15 @@ TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
     const std::string name = "\xC3\xBC\xE6\xBC\xA2.bin"; // beyond ASCII
     {
         const auto root = create(name);
-        EXPECT_EQ(WriteClassStg(root.get(), someClass), S_OK);
         writeStream(root.get(), OLESTR("Large"), large);
         writeStream(root.get(), OLESTR("Empty"), "");
         writeStream(root.get(), OLESTR("\u00FC\u6F22"), "name");
         const auto inner = createStorage(root.get(), OLESTR("Inner"));
-        EXPECT_EQ(inner->SetClass(someClass), S_OK);
         writeStream(inner.get(), OLESTR("Medium"), medium);
-        writeStream(createStorage(inner.get(), OLESTR("Innermost")).get(), OLESTR("x"), "deep");
+        const auto innermost = createStorage(inner.get(), OLESTR("Innermost"));
+        writeStream(innermost.get(), OLESTR("x"), "deep");
+        for (IStorage* storage : {root.get(), innermost.get()})
+            EXPECT_EQ(WriteClassStg(storage, someClass), S_OK);
         EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
     }
     const auto root = open(name);
@@ -26,20 +27,15 @@ TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
                                    "4 Empty0 Inner Large9000000");
     EXPECT_EQ(readStream(root.get(), OLESTR("large")), large);
     EXPECT_EQ(readStream(root.get(), OLESTR("Empty")), "");
-    CLSID clsid{};
-    EXPECT_EQ(ReadClassStg(root.get(), &clsid), S_OK);
-    EXPECT_EQ(clsid, someClass);
-    ComPtr<IStorage> inner;
-    ASSERT_EQ(root->OpenStorage(OLESTR("Inner"), nullptr, reading, nullptr, 0, inner.put()), S_OK);
-    clsid = {};
-    EXPECT_EQ(ReadClassStg(inner.get(), &clsid), S_OK);
-    EXPECT_EQ(clsid, someClass);
+    const auto inner = openStorage(root.get(), OLESTR("Inner"), reading);
     EXPECT_EQ(readStream(inner.get(), OLESTR("Medium")), medium);
-    ComPtr<IStorage> innermost;
-    ASSERT_EQ(
-        inner->OpenStorage(OLESTR("Innermost"), nullptr, reading, nullptr, 0, innermost.put()),
-        S_OK);
+    const auto innermost = openStorage(inner.get(), OLESTR("Innermost"), reading);
     EXPECT_EQ(readStream(innermost.get(), OLESTR("x")), "deep");
+    for (IStorage* storage : {root.get(), innermost.get()}) {
+        CLSID clsid{};
+        EXPECT_EQ(ReadClassStg(storage, &clsid), S_OK);
+        EXPECT_EQ(clsid, someClass);
+    }
 }
 
 TEST_F(StorageTest, ATransactionIsKeptByCommitAlone) {
@@ -68,14 +64,13 @@ TEST_F(StorageTest, AnInnerTransactionReachesItsParentByCommit) {
         const auto lost = createStorage(root.get(), OLESTR("d"), changing);
         writeStream(lost.get(), OLESTR("s"), "lost");
     }
-    ComPtr<IStorage> inner;
-    ASSERT_EQ(root->OpenStorage(OLESTR("d"), nullptr, changing, nullptr, 0, inner.put()), S_OK);
+    auto inner = openStorage(root.get(), OLESTR("d"), changing);
     EXPECT_EQ(listing(inner.get()), "");
     writeStream(inner.get(), OLESTR("s"), "kept");
     EXPECT_EQ(inner->Commit(STGC_DEFAULT), S_OK);
     inner.reset();
     EXPECT_EQ(root->Commit(STGC_DEFAULT), S_OK);
-    ASSERT_EQ(root->OpenStorage(OLESTR("d"), nullptr, exclusive, nullptr, 0, inner.put()), S_OK);
+    inner = openStorage(root.get(), OLESTR("d"));
     EXPECT_EQ(readStream(inner.get(), OLESTR("s")), "kept");
 }
 
@@ -102,13 +97,13 @@ TEST_F(StorageTest, SaysWhyAFileCannotBeOpened) {
     makeFile("good.bin", std::string(5000, 'g'));
     folder.write("short.bin", folder.read("good.bin").substr(0, 1000));
 
-    EXPECT_EQ(openResult("missing.bin"), STG_E_FILENOTFOUND);
-    EXPECT_EQ(openResult("missing/a.bin"), STG_E_PATHNOTFOUND);
-    EXPECT_EQ(openResult("folder"), STG_E_ACCESSDENIED);
-    EXPECT_EQ(openResult("empty.bin"), STG_E_FILEALREADYEXISTS);
-    EXPECT_EQ(openResult("text.bin"), STG_E_FILEALREADYEXISTS);
+    const std::pair<const char*, HRESULT> results[] = {
+        {"missing.bin", STG_E_FILENOTFOUND},   {"missing/a.bin", STG_E_PATHNOTFOUND},
+        {"folder", STG_E_ACCESSDENIED},        {"empty.bin", STG_E_FILEALREADYEXISTS},
+        {"text.bin", STG_E_FILEALREADYEXISTS}, {"good.bin", S_OK}};
+    for (const auto& [name, result] : results)
+        EXPECT_EQ(openResult(name), result) << name;
     EXPECT_TRUE(FAILED(openResult("short.bin")));
-    EXPECT_EQ(openResult("good.bin"), S_OK);
 
     ComPtr<IStorage> storage;
     const OleString nowhere = folder.path("missing/a.bin");
@@ -161,9 +156,10 @@ TEST_F(StorageTest, AFileIsSharedAsItsOpenersSay) {
     EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
 }
 
-TEST_F(StorageTest, AStreamThatIsKeptBeyondItsStorageIsReverted) {
+TEST_F(StorageTest, WhatIsKeptBeyondItsStorageIsReverted) {
     auto root = create();
     auto inner = createStorage(root.get(), OLESTR("d"));
+    const auto kept = createStorage(root.get(), OLESTR("kept"));
     const auto stream = createStream(inner.get(), OLESTR("s"));
     const auto other = createStream(root.get(), OLESTR("s"));
     ULONG count = 0;
@@ -177,17 +173,10 @@ TEST_F(StorageTest, AStreamThatIsKeptBeyondItsStorageIsReverted) {
     EXPECT_EQ(stream->Read(&byte, 1, &count), STG_E_REVERTED);
     STATSTG stat{};
     EXPECT_EQ(other->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
-}
-
-TEST_F(StorageTest, AStorageThatIsKeptBeyondItsParentIsReverted) {
-    auto root = create();
-    const auto inner = createStorage(root.get(), OLESTR("d"));
-    root.reset();
-    STATSTG stat{};
-    EXPECT_EQ(inner->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
-    ComPtr<IStream> other;
-    EXPECT_EQ(inner->CreateStream(OLESTR("x"), exclusive, 0, 0, other.put()), STG_E_REVERTED);
-    EXPECT_EQ(inner->DestroyElement(OLESTR("x")), STG_E_REVERTED);
+    EXPECT_EQ(kept->Stat(&stat, STATFLAG_NONAME), STG_E_REVERTED);
+    ComPtr<IStream> none;
+    EXPECT_EQ(kept->CreateStream(OLESTR("x"), exclusive, 0, 0, none.put()), STG_E_REVERTED);
+    EXPECT_EQ(kept->DestroyElement(OLESTR("x")), STG_E_REVERTED);
 }
 
 TEST_F(StorageTest, ElementsAreFoundReplacedRenamedAndDestroyed) {
@@ -260,9 +249,7 @@ TEST_F(StorageTest, CopiesIntoAnotherWithoutWhatIsExcluded) {
     LPOLESTR excluded[] = {left.data(), nullptr};
     EXPECT_EQ(source->CopyTo(0, nullptr, excluded, target.get()), S_OK);
     EXPECT_EQ(listing(target.get()), "d s3");
-    ComPtr<IStorage> inner;
-    ASSERT_EQ(target->OpenStorage(OLESTR("d"), nullptr, exclusive, nullptr, 0, inner.put()), S_OK);
-    EXPECT_EQ(listing(inner.get()), "x5 y5");
+    EXPECT_EQ(listing(openStorage(target.get(), OLESTR("d")).get()), "x5 y5");
     CLSID clsid{};
     EXPECT_EQ(ReadClassStg(target.get(), &clsid), S_OK);
     EXPECT_EQ(clsid, someClass);

@@ -186,20 +186,15 @@ TEST_F(SafeArrayTest, ObjectsAreCountedThroughPutGetCopyAndDestroy) {
 
 TEST_F(SafeArrayTest, VariantElementsAreCopiedDeeply) {
     auto array = vectorOf(VT_VARIANT, 3);
-    const WrittenVariant text("BSTR \"deep\"");
-    const WrittenVariant object("DISPATCH object");
-    const WrittenVariant impossible("VOID ?");
     LONG index = 0;
-    const auto put = [&](const WrittenVariant& value) {
-        return SafeArrayPutElement(array.get(), &index, const_cast<VARIANT*>(&value.get()));
-    };
-    EXPECT_EQ(put(text), S_OK);
-    EXPECT_EQ(put(impossible), DISP_E_BADVARTYPE); // and the text stays
-    index = 1;
-    EXPECT_EQ(put(object), S_OK);
+    for (const auto& [value, result] :
+         {std::pair("BSTR \"deep\"", S_OK), std::pair("VOID ?", DISP_E_BADVARTYPE)}) {
+        const WrittenVariant written(value);
+        EXPECT_EQ(SafeArrayPutElement(array.get(), &index, const_cast<VARIANT*>(&written.get())),
+                  result);
+    }
     const auto copy = ScopedSafeArray::borrow(array.get());
-    index = 0;
-    ScopedVariant got;
+    ScopedVariant got; // the text stays
     ASSERT_EQ(SafeArrayGetElement(copy.get(), &index, got.put()), S_OK);
     EXPECT_EQ(outcome(S_OK, got.get()), "0x00000000 BSTR \"deep\"");
 }

@@ -1,50 +1,26 @@
 // A counted object whose default property is 42.
 #pragma once
 
-#include "platform/holders.h"
+#include "servers/kit/kit.h"
 
 #include <gtest/gtest.h>
 
 namespace values_test {
 
-class TestObject : public IDispatch {
-  public:
-    static inline int alive = 0;
-
-    static platform::ComPtr<IDispatch> make() {
-        return platform::ComPtr<IDispatch>::adopt(new TestObject);
-    }
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-        if (*object) AddRef();
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                        UINT*) override {
-        if (member != DISPID_VALUE) return DISP_E_MEMBERNOTFOUND;
-        result->vt = VT_I4;
-        result->lVal = 42;
-        return S_OK;
-    }
-
-    ULONG references() const { return references_; }
+struct TestObject final : kit::DispatchObject {
+    TestObject() : DispatchObject(definition()) {}
+    LONG value() { return 42; }
+    static platform::ComPtr<IDispatch> make() { return kit::createDispatch<TestObject>(); }
 
   private:
-    TestObject() { ++alive; }
-    virtual ~TestObject() { --alive; }
-    ULONG references_ = 1;
+    static const kit::ClassDefinition& definition() {
+        static const auto made = kit::ClassBuilder<TestObject>("TestObject", CLSID{}, IID{})
+                                     .property("Value", &TestObject::value)
+                                     .dispid(DISPID_VALUE)
+                                     .withoutTypeInfo()
+                                     .build();
+        return *made;
+    }
 };
 
 inline ULONG referencesOf(const platform::ComPtr<IDispatch>& object) {
@@ -54,7 +30,7 @@ inline ULONG referencesOf(const platform::ComPtr<IDispatch>& object) {
 // Fails when a test leaves objects behind.
 class ValuesTest : public ::testing::Test {
   protected:
-    void TearDown() override { EXPECT_EQ(TestObject::alive, 0); }
+    void TearDown() override { EXPECT_EQ(kit::liveObjects(), 0); }
 };
 
 } // namespace values_test

@@ -1,11 +1,11 @@
 // Reading and writing of VARIANTs in the tables' notation.
 #include "variant_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <map>
-#include <sstream>
 #include <stdexcept>
 
 namespace values_test {
@@ -14,48 +14,17 @@ using platform::OleString;
 
 namespace {
 
-const std::map<std::string, VARTYPE, std::less<>> baseTypes{
-    {"EMPTY", VT_EMPTY},
-    {"NULL", VT_NULL},
-    {"I2", VT_I2},
-    {"I4", VT_I4},
-    {"R4", VT_R4},
-    {"R8", VT_R8},
-    {"CY", VT_CY},
-    {"DATE", VT_DATE},
-    {"BSTR", VT_BSTR},
-    {"DISPATCH", VT_DISPATCH},
-    {"ERROR", VT_ERROR},
-    {"BOOL", VT_BOOL},
-    {"VARIANT", VT_VARIANT},
-    {"UNKNOWN", VT_UNKNOWN},
-    {"DECIMAL", VT_DECIMAL},
-    {"I1", VT_I1},
-    {"UI1", VT_UI1},
-    {"UI2", VT_UI2},
-    {"UI4", VT_UI4},
-    {"I8", VT_I8},
-    {"UI8", VT_UI8},
-    {"INT", VT_INT},
-    {"UINT", VT_UINT},
-    {"VOID", VT_VOID},
-    {"HRESULT", VT_HRESULT},
-    {"PTR", VT_PTR},
-    {"SAFEARRAY", VT_SAFEARRAY},
-    {"CARRAY", VT_CARRAY},
-    {"USERDEFINED", VT_USERDEFINED},
-    {"LPSTR", VT_LPSTR},
-    {"LPWSTR", VT_LPWSTR},
-    {"RECORD", VT_RECORD},
-    {"INT_PTR", VT_INT_PTR},
-    {"UINT_PTR", VT_UINT_PTR},
-    {"FILETIME", VT_FILETIME},
-    {"BLOB", VT_BLOB},
-    {"STREAM", VT_STREAM},
-    {"STORAGE", VT_STORAGE},
-    {"CF", VT_CF},
-    {"CLSID", VT_CLSID},
-    {"VERSIONED_STREAM", VT_VERSIONED_STREAM}};
+// Types that follow each other, by their first one.
+const std::pair<VARTYPE, std::vector<std::string_view>> baseTypes[] = {
+    {VT_EMPTY,
+     {"EMPTY", "NULL", "I2", "I4", "R4", "R8", "CY", "DATE", "BSTR", "DISPATCH", "ERROR", "BOOL",
+      "VARIANT", "UNKNOWN", "DECIMAL"}},
+    {VT_I1,
+     {"I1", "UI1", "UI2", "UI4", "I8", "UI8", "INT", "UINT", "VOID", "HRESULT", "PTR", "SAFEARRAY",
+      "CARRAY", "USERDEFINED", "LPSTR", "LPWSTR"}},
+    {VT_RECORD, {"RECORD", "INT_PTR", "UINT_PTR"}},
+    {VT_FILETIME, {"FILETIME", "BLOB", "STREAM", "STORAGE"}},
+    {VT_CF, {"CF", "CLSID", "VERSIONED_STREAM"}}};
 
 const std::pair<const char*, VARTYPE> modifiers[] = {
     {"BYREF", VT_BYREF}, {"ARRAY", VT_ARRAY}, {"VECTOR", VT_VECTOR}, {"RESERVED", VT_RESERVED}};
@@ -70,9 +39,10 @@ VARTYPE parseType(std::string_view text) {
         throw std::runtime_error("no modifier: " + std::string(text));
     }
     if (text.starts_with('(')) return static_cast<VARTYPE>(std::stoi(std::string(text.substr(1))));
-    const auto found = baseTypes.find(text);
-    if (found == baseTypes.end()) throw std::runtime_error("no type: " + std::string(text));
-    return found->second;
+    for (const auto& [first, names] : baseTypes)
+        if (const auto found = std::ranges::find(names, text); found != names.end())
+            return static_cast<VARTYPE>(first + (found - names.begin()));
+    throw std::runtime_error("no type: " + std::string(text));
 }
 
 namespace {
@@ -99,6 +69,12 @@ double parseDouble(std::string_view text) {
     double value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
     return value;
+}
+
+std::string doubleText(double value) {
+    char text[40];
+    std::snprintf(text, sizeof(text), "%.17g", value);
+    return text;
 }
 
 // "-1.50{sign=0x80 scale=2}": the digits give the magnitude.
@@ -231,9 +207,10 @@ std::string typeName(VARTYPE vt) {
     std::string name;
     for (const auto& [modifier, bit] : modifiers)
         if (vt & bit) name += std::string(modifier) + '|';
-    for (const auto& [base, value] : baseTypes)
-        if (value == (vt & VT_TYPEMASK)) return name + base;
-    return name + '(' + std::to_string(vt & VT_TYPEMASK) + ')';
+    const std::size_t base = vt & VT_TYPEMASK;
+    for (const auto& [first, names] : baseTypes)
+        if (base >= first && base < first + names.size()) return name.append(names[base - first]);
+    return name + '(' + std::to_string(base) + ')';
 }
 
 std::string hexText(HRESULT result) {
@@ -247,14 +224,11 @@ std::string quoted(BSTR text) {
     std::string result = "\"";
     for (const OLECHAR unit : platform::viewOf(text)) {
         char escape[8];
-        if (unit < 0x20 && unit != u'\t' && unit != u'\n') {
-            std::snprintf(escape, sizeof(escape), "\\%03o", static_cast<unsigned>(unit));
-            result += escape;
-        } else if (unit == u'\t' || unit == u'\n') {
-            result += unit == u'\t' ? "\\t" : "\\n";
-        } else {
-            result += platform::toNarrow(platform::OleView(&unit, 1));
-        }
+        std::snprintf(escape, sizeof(escape), "\\%03o", static_cast<unsigned>(unit));
+        result += unit == u'\t'   ? "\\t"
+                  : unit == u'\n' ? "\\n"
+                  : unit < 0x20   ? escape
+                                  : platform::toNarrow(platform::OleView(&unit, 1));
     }
     return result + '"';
 }
@@ -274,46 +248,33 @@ std::string shapeText(const SAFEARRAY* array) {
 
 std::string valueText(const VARIANT& value) {
     if (value.vt & VT_ARRAY) return shapeText(value.parray);
-    std::ostringstream text;
-    text.precision(17);
     switch (value.vt) {
     case VT_I1:
-        text << static_cast<int>(static_cast<signed char>(value.cVal));
-        break;
+        return std::to_string(static_cast<signed char>(value.cVal));
     case VT_UI1:
-        text << static_cast<int>(value.bVal);
-        break;
+        return std::to_string(value.bVal);
     case VT_I2:
     case VT_BOOL:
-        text << value.iVal;
-        break;
+        return std::to_string(value.iVal);
     case VT_UI2:
-        text << value.uiVal;
-        break;
+        return std::to_string(value.uiVal);
     case VT_I4:
     case VT_INT:
-        text << value.lVal;
-        break;
+        return std::to_string(value.lVal);
     case VT_UI4:
     case VT_UINT:
-        text << value.ulVal;
-        break;
+        return std::to_string(value.ulVal);
     case VT_I8:
-        text << value.llVal;
-        break;
+        return std::to_string(value.llVal);
     case VT_UI8:
-        text << value.ullVal;
-        break;
+        return std::to_string(value.ullVal);
     case VT_R4:
-        text << double{value.fltVal};
-        break;
+        return doubleText(double{value.fltVal});
     case VT_R8:
     case VT_DATE:
-        text << value.dblVal;
-        break;
+        return doubleText(value.dblVal);
     case VT_CY:
-        text << value.cyVal.int64 << "/10000";
-        break;
+        return std::to_string(value.cyVal.int64) + "/10000";
     case VT_DECIMAL:
         return decimalText(value.decVal);
     case VT_BSTR:
@@ -329,7 +290,6 @@ std::string valueText(const VARIANT& value) {
     default:
         return "?";
     }
-    return text.str();
 }
 
 std::string outcome(HRESULT result, const VARIANT& value) {
