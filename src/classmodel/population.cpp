@@ -32,8 +32,9 @@ void addEnumeration(const std::string& name, const std::vector<COMEnumValue>& co
         hos::TypedEnumStringType::createCaseInsensitiveInstance(int32Type, name.c_str(), nullptr);
     for (const COMEnumValue& constant : constants)
         type->addValue(constant.value, constant.name.c_str(), nullptr);
-    hos::HOSTypeRepository::addConversion(internedId("any"), knownId(name.c_str()),
-                                          new TypedEnumConversion(type));
+    const hos::id any = internedId("any");
+    const hos::id made = knownId(name.c_str());
+    hos::HOSTypeRepository::addConversion(any, made, new TypedEnumConversion(type));
 }
 
 void addMember(hos::HOSClass* target, DISPID dispid, const COMMemberEntry& entry) {

@@ -57,9 +57,11 @@ hos::HOSDataTypePtr variantType(const std::string& name, VARTYPE vartype, bool f
         hos::HOSTypeRepository::getConversion(internedId("any"), known.getID()))
         return known;
     hos::HOSTypeRepository::addGlobalType(new COMVariantType(name));
-    hos::HOSTypeRepository::addConversion(internedId("any"), internedId(name),
+    const hos::id any = internedId("any");
+    const hos::id type = internedId(name);
+    hos::HOSTypeRepository::addConversion(any, type,
                                           new COMTypeConversionVariant(vartype, forceArray, byRef));
-    return hos::HOSDataTypePtr(internedId(name));
+    return hos::HOSDataTypePtr(type);
 }
 
 } // namespace axlink2
