@@ -1,6 +1,7 @@
 // The parsed form of a program.
 #pragma once
 
+#include "host/interned.h"
 #include "shell/operators.h"
 #include "shell/source.h"
 
@@ -54,7 +55,7 @@ struct Matrix {
 struct Accessor {
     enum class Kind { Paren, Brace, Field, DynamicField };
     Kind kind;
-    std::string name;                     // of a field
+    hos::id name;                         // of a field; looked up each time a program passes it
     std::vector<ExpressionPtr> arguments; // of a dynamic field: its one expression
 };
 struct Chain {

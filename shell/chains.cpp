@@ -21,21 +21,20 @@ Values toValues(velmar::Arrays arrays, int outputCount) {
     return values;
 }
 
-std::vector<const hxArray*> arraysOf(const Values& values) {
-    std::vector<const hxArray*> arrays;
+boost::container::small_vector<const hxArray*, 8> arraysOf(const Values& values) {
+    boost::container::small_vector<const hxArray*, 8> arrays;
     for (const Value& value : values)
         arrays.push_back(value.get());
     return arrays;
 }
 
-Values callMember(const hxArray* object, const std::string& name, int outputCount,
-                  const Values& inputs) {
+Values callMember(const hxArray* object, hos::id name, int outputCount, const Values& inputs) {
     return toValues(velmar::callMember(object, name, outputCount, arraysOf(inputs)), outputCount);
 }
 
-Values fieldsOf(const hxArray* array, const std::string& name) {
+Values fieldsOf(const hxArray* array, hos::id name) {
     const int field = hxGetFieldNumber(array, name.c_str());
-    if (field < 0) raise("nosuchfield", "The struct has no field \"" + name + "\".");
+    if (field < 0) raise("nosuchfield", "The struct has no field \"" + name.str() + "\".");
     Values values;
     for (std::size_t i = 0; i < countOf(array); ++i) {
         const hxArray* value = hxGetFieldByNumber(array, i, field);
@@ -44,8 +43,9 @@ Values fieldsOf(const hxArray* array, const std::string& name) {
     return values;
 }
 
-const hxArray* single(const Values& current) {
-    if (current.size() == 1) return current.front().get();
+// The one value, which `current` gives up.
+Value takeSingle(Values& current) {
+    if (current.size() == 1) return std::move(current.front());
     raise("manyvalues", current.empty() ? "What stands before the next step gives no value."
                                         : "The next step needs one value, and a list is given.");
 }
@@ -67,7 +67,7 @@ class Evaluator::ScopedEnd {
 };
 
 Values callFunction(const std::string& name, int outputCount, const Values& inputs) {
-    const std::vector<const hxArray*> arrays = arraysOf(inputs);
+    const auto arrays = arraysOf(inputs);
     const bool hasObject = std::any_of(arrays.begin(), arrays.end(), isObject);
     if (!hasObject && !velmar::hasFunction(name))
         raise("UndefinedFunction", "\"" + name + "\" is neither a variable nor a function.");
@@ -102,17 +102,20 @@ Subscripts Evaluator::evaluateSubscripts(const Accessor& step, const hxArray* ar
     return subscripts;
 }
 
-std::string Evaluator::fieldName(const Accessor& step) {
+hos::id Evaluator::fieldName(const Accessor& step) {
     if (step.kind == Kind::Field) return step.name;
     Value name = evaluate(*step.arguments.front());
-    return narrowTextOf(name.get(), "The name of a field");
+    return hos::internal::makeInterned(narrowTextOf(name.get(), "The name of a field"));
 }
 
 Values Evaluator::evaluateChain(const Chain& chain, int outputCount) {
     std::span<const Accessor> steps = chain.steps;
     Values current;
     const auto* name = std::get_if<Name>(&chain.base->node);
-    if (name && !variables_.count(name->name)) {
+    const auto variable = name ? variables_.find(name->name) : variables_.end();
+    if (variable != variables_.end())
+        current.push_back(variable->second);
+    else if (name) {
         const bool hasArguments = steps.front().kind == Kind::Paren;
         const std::size_t taken = hasArguments ? 1 : 0;
         current = callName(name->name, hasArguments ? &steps.front() : nullptr,
@@ -126,7 +129,7 @@ Values Evaluator::evaluateChain(const Chain& chain, int outputCount) {
 }
 
 std::size_t Evaluator::takeStep(Values& current, std::span<const Accessor> steps, int outputCount) {
-    const Value value = copyOf(single(current));
+    const Value value = takeSingle(current);
     const hxArray* array = value.get();
     const Accessor& step = steps.front();
     if (step.kind == Kind::Brace)
@@ -138,30 +141,28 @@ std::size_t Evaluator::takeStep(Values& current, std::span<const Accessor> steps
         current.clear();
         current.push_back(std::move(part));
     } else
-        return takeMember(current, steps, outputCount);
+        return takeMember(array, steps, outputCount, current);
     return 1;
 }
 
-std::size_t Evaluator::takeMember(Values& current, std::span<const Accessor> steps,
-                                  int outputCount) {
-    const Value value = copyOf(single(current));
-    const hxArray* array = value.get();
-    const std::string name = fieldName(steps.front());
+std::size_t Evaluator::takeMember(const hxArray* array, std::span<const Accessor> steps,
+                                  int outputCount, Values& given) {
+    const hos::id name = fieldName(steps.front());
     if (hxGetClassID(array) == hxSTRUCT_CLASS) {
-        current = fieldsOf(array, name);
+        given = fieldsOf(array, name);
         return 1;
     }
     if (!isObject(array))
-        raiseWrongType("\"." + name + "\" needs a struct or an object before it", array);
+        raiseWrongType("\"." + name.str() + "\" needs a struct or an object before it", array);
     if (countOf(array) != 1)
-        raiseWrongType("\"." + name + "\" is asked of one object at a time", array);
+        raiseWrongType("\"." + name.str() + "\" is asked of one object at a time", array);
     const bool hasArguments = steps.size() > 1 && steps[1].kind == Kind::Paren;
     // Behind a property parentheses index what it gives.
     const std::size_t taken =
         hasArguments && (velmar::hasMethod(array, name) || !velmar::hasProperty(array, name)) ? 2
                                                                                               : 1;
     const Values inputs = taken == 2 ? evaluateArguments(steps[1]) : Values();
-    current = callMember(array, name, taken == steps.size() ? outputCount : 1, inputs);
+    given = callMember(array, name, taken == steps.size() ? outputCount : 1, inputs);
     return taken;
 }
 
@@ -200,9 +201,10 @@ void Evaluator::assignInto(Value& target, std::span<const Accessor> steps, Value
 }
 
 void Evaluator::assignMember(Value& object, std::span<const Accessor> steps, Value value) {
-    const std::string name = fieldName(steps.front());
+    const hos::id name = fieldName(steps.front());
     if (countOf(object.get()) != 1)
-        raiseWrongType("\"." + name + "\" is assigned to on one object at a time", object.get());
+        raiseWrongType("\"." + name.str() + "\" is assigned to on one object at a time",
+                       object.get());
     if (steps.size() == 1) {
         velmar::setMember(object.writable(), name, value.get());
         return;
@@ -210,28 +212,29 @@ void Evaluator::assignMember(Value& object, std::span<const Accessor> steps, Val
     const bool isMethod = velmar::hasMethod(object.get(), name);
     const std::size_t taken = isMethod && steps[1].kind == Kind::Paren ? 2 : 1;
     if (taken == steps.size())
-        raise("notassignable", "\"" + name + "\" is a method of " + hxGetClassName(object.get()) +
-                                   "; what it gives can't be assigned to. set(object, '" + name +
-                                   "', ...) writes a property with arguments.");
+        raise("notassignable", "\"" + name.str() + "\" is a method of " +
+                                   hxGetClassName(object.get()) +
+                                   "; what it gives can't be assigned to. set(object, '" +
+                                   name.str() + "', ...) writes a property with arguments.");
     const Values inputs = taken == 2 ? evaluateArguments(steps[1]) : Values();
     Values got = callMember(object.get(), name, 1, inputs);
-    Value member = copyOf(single(got));
-    got.clear();
+    Value member = takeSingle(got);
     const bool isHandle = isObject(member.get());
     if (isMethod && !isHandle)
         raise("notassignable",
-              "A part of what the method \"" + name + "\" gives can't be assigned to.");
+              "A part of what the method \"" + name.str() + "\" gives can't be assigned to.");
     assignInto(member, steps.subspan(taken), std::move(value));
     // An object is changed where it is; any other value goes back as a whole.
     if (!isHandle) velmar::setMember(object.writable(), name, member.get());
 }
 
 void Evaluator::assignField(Value& target, std::span<const Accessor> steps, Value value) {
-    const std::string name = fieldName(steps.front());
+    const hos::id name = fieldName(steps.front());
     const hxArray* array = target.get();
     const bool isStruct = hxGetClassID(array) == hxSTRUCT_CLASS;
     if (!isStruct && countOf(array) != 0)
-        raiseWrongType("\"." + name + "\" can be assigned to in a struct or an object", array);
+        raiseWrongType("\"." + name.str() + "\" can be assigned to in a struct or an object",
+                       array);
     if (isStruct && countOf(array) > 1)
         raiseWrongType("A field is assigned to in one struct at a time", array);
     Value child;

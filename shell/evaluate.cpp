@@ -16,58 +16,63 @@ struct Overloaded : Cases... {
 template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
-Values one(Value value) {
-    Values values;
-    values.push_back(std::move(value));
-    return values;
+Value onlyOne(Values values) {
+    if (values.size() == 1) return std::move(values.front());
+    if (values.empty()) raise("novalue", "The expression gives no value.");
+    raise("manyvalues",
+          "One value is needed here, and the list gives " + std::to_string(values.size()) + ".");
 }
 
 } // namespace
 
 Value Evaluator::evaluate(const Expression& expression) {
-    Values values = evaluateAll(expression, 1);
-    if (values.empty()) raise("novalue", "The expression gives no value.");
-    if (values.size() > 1)
-        raise("manyvalues", "One value is needed here, and the list gives " +
-                                std::to_string(values.size()) + ".");
-    return std::move(values.front());
-}
-
-Values Evaluator::evaluateAll(const Expression& expression, int outputCount) {
     const Recursion recursion(1);
     return std::visit(
         Overloaded{
-            [&](const NumberLiteral& node) { return one(number(node.value)); },
-            [&](const TextLiteral& node) {
-                return one(node.isString ? stringText(node.text) : charText(node.text));
+            [](const NumberLiteral& node) { return number(node.value); },
+            [](const TextLiteral& node) {
+                return node.isString ? stringText(node.text) : charText(node.text);
             },
             [&](const Name& node) {
                 auto variable = variables_.find(node.name);
-                return variable != variables_.end() ? one(variable->second)
-                                                    : callName(node.name, nullptr, outputCount);
+                return variable != variables_.end() ? variable->second
+                                                    : onlyOne(callName(node.name, nullptr, 1));
             },
-            [&](const Colon&) { return one(charText(u":")); },
-            [&](const End&) { return one(evaluateEnd()); },
+            [](const Colon&) { return charText(u":"); },
+            [&](const End&) { return evaluateEnd(); },
             [&](const Unary& node) {
                 Value operand = evaluate(*node.operand);
-                return one(applyUnary(node.operation, operand.get()));
+                return applyUnary(node.operation, operand.get());
             },
             [&](const Binary& node) {
                 Value left = evaluate(*node.left), right = evaluate(*node.right);
-                return one(applyBinary(node.operation, left.get(), right.get()));
+                return applyBinary(node.operation, left.get(), right.get());
             },
-            [&](const ShortCircuit& node) { return one(logical(evaluateShortCircuit(node))); },
+            [&](const ShortCircuit& node) { return logical(evaluateShortCircuit(node)); },
             [&](const Range& node) {
                 Value first = evaluate(*node.first), last = evaluate(*node.last);
                 Value step = node.step ? evaluate(*node.step) : Value();
-                return one(makeRange(first.get(), node.step ? step.get() : nullptr, last.get()));
+                return makeRange(first.get(), node.step ? step.get() : nullptr, last.get());
             },
-            [&](const Matrix& node) { return one(evaluateMatrix(node)); },
-            [&](const Chain& node) { return evaluateChain(node, outputCount); },
-            [&](const AnonymousFunction& node) { return one(evaluateFunction(node)); },
-            [&](const FunctionReference& node) { return one(makeNamedHandle(node.name)); },
+            [&](const Matrix& node) { return evaluateMatrix(node); },
+            [&](const Chain& node) { return onlyOne(evaluateChain(node, 1)); },
+            [&](const AnonymousFunction& node) { return evaluateFunction(node); },
+            [](const FunctionReference& node) { return makeNamedHandle(node.name); },
         },
         expression.node);
+}
+
+Values Evaluator::evaluateAll(const Expression& expression, int outputCount) {
+    // Only calls and lists give another number of values than one.
+    if (const auto* chain = std::get_if<Chain>(&expression.node)) {
+        const Recursion recursion(1);
+        return evaluateChain(*chain, outputCount);
+    }
+    const auto* name = std::get_if<Name>(&expression.node);
+    if (name && !variables_.contains(name->name)) return callName(name->name, nullptr, outputCount);
+    Values values;
+    values.push_back(evaluate(expression));
+    return values;
 }
 
 bool Evaluator::evaluateShortCircuit(const ShortCircuit& node) {

@@ -42,12 +42,13 @@ class Evaluator {
     Values evaluateChain(const Chain& chain, int outputCount);
     // Takes a step, or two when a member is called with arguments; gives the number of steps taken.
     std::size_t takeStep(Values& current, std::span<const Accessor> steps, int outputCount);
-    std::size_t takeMember(Values& current, std::span<const Accessor> steps, int outputCount);
+    std::size_t takeMember(const hxArray* array, std::span<const Accessor> steps, int outputCount,
+                           Values& given);
     Values callName(const std::string& name, const Accessor* arguments, int outputCount);
     // For a call: values in order, lists spread.
     Values evaluateArguments(const Accessor& step);
     Subscripts evaluateSubscripts(const Accessor& step, const hxArray* array);
-    std::string fieldName(const Accessor& step);
+    hos::id fieldName(const Accessor& step);
 
     void assignInto(Value& target, std::span<const Accessor> steps, Value value);
     void assignMember(Value& object, std::span<const Accessor> steps, Value value);

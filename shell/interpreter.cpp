@@ -121,17 +121,26 @@ Interpreter::Flow Interpreter::runNode(const While& node) {
     return Flow::Next;
 }
 
+namespace {
+
+// Column `i`, from 0; of a row its element.
+Value columnOf(const hxArray* array, std::size_t i) {
+    const Subscript column{false, number(static_cast<double>(i + 1))};
+    return index(array,
+                 hxGetM(array) == 1 ? Subscripts{column} : Subscripts{{true, Value()}, column});
+}
+
+} // namespace
+
 Interpreter::Flow Interpreter::runNode(const For& node) {
     const Position start = position_;
     const Value range = evaluator_.evaluate(*node.range);
     const std::size_t columns = hxGetM(range.get()) == 0 ? 0 : hxGetN(range.get());
-    const bool isVector = hxGetM(range.get()) == 1;
+    const double* const numbers = hxGetM(range.get()) == 1 ? doublesOf(range.get()) : nullptr;
     for (std::size_t i = 0; i < columns; ++i) {
         position_ = start;
-        const Subscript column{false, number(static_cast<double>(i + 1))};
-        const Subscripts subscripts =
-            isVector ? Subscripts{column} : Subscripts{{true, Value()}, column};
-        variables_.insert_or_assign(node.variable, index(range.get(), subscripts));
+        variables_.insert_or_assign(node.variable,
+                                    numbers ? number(numbers[i]) : columnOf(range.get(), i));
         if (runBlock(node.body) == Flow::Break) break;
     }
     return Flow::Next;

@@ -155,6 +155,10 @@ Value applyToStrings(Op op, const hxArray* a, const hxArray* b) {
 } // namespace
 
 Value applyBinary(Op op, const hxArray* a, const hxArray* b) {
+    // What most programs work with needs no look at shapes and classes.
+    if (const double* x = doublesOf(a), *y = doublesOf(b);
+        x && y && isScalar(a) && isScalar(b) && !isLogic(op))
+        return isComparison(op) ? logical(compare(op, *x, *y)) : number(arithmetic(op, *x, *y));
     if (hoststring::isString(a) || hoststring::isString(b)) return applyToStrings(op, a, b);
     requireOperands(op, a, b);
     const Extents extents = extentsOf(isScalar(a) ? b : a);

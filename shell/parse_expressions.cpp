@@ -167,7 +167,8 @@ Accessor Parser::parseField() {
         return {Accessor::Kind::DynamicField, {}, std::move(name)};
     }
     if (current().kind != TokenKind::Name) failAtCurrent("the name of a member");
-    return {Accessor::Kind::Field, tokens_[at_++].name, {}};
+    return {
+        Accessor::Kind::Field, hos::internal::makeInterned(std::string(tokens_[at_++].name)), {}};
 }
 
 std::vector<ExpressionPtr> Parser::parseArguments(std::string_view close) {

@@ -9,7 +9,7 @@ namespace {
 
 // A level takes a few KiB of the stack in the slowest builds.
 constexpr int limit = 800;
-thread_local int depth = 0;
+int depth = 0; // programs run on one thread
 
 } // namespace
 

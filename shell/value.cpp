@@ -86,6 +86,12 @@ std::size_t countOf(const Extents& extents) {
 
 bool isInteger(hxClassID type) { return type >= hxINT8_CLASS && type <= hxUINT64_CLASS; }
 
+const double* doublesOf(const hxArray* array) {
+    const bool isPlain =
+        hxGetClassID(array) == hxDOUBLE_CLASS && !hxIsComplex(array) && !hxIsSparse(array);
+    return isPlain ? static_cast<const double*>(hxGetData(array)) : nullptr;
+}
+
 bool isNumeric(const hxArray* array) {
     hxClassID type = hxGetClassID(array);
     return type >= hxDOUBLE_CLASS && type <= hxUINT64_CLASS;

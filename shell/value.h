@@ -3,6 +3,8 @@
 
 #include "host/array.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <cstddef>
 #include <initializer_list>
 #include <string>
@@ -40,7 +42,8 @@ class Value {
     harray::unique_array array_;
 };
 
-using Values = std::vector<Value>;
+// Most expressions give one, most calls take few; those allocate nothing.
+using Values = boost::container::small_vector<Value, 2>;
 
 Value copyOf(const hxArray* array);
 Value number(double value);
@@ -60,6 +63,8 @@ Extents extentsOf(const hxArray* array);
 // The product of the extents. Raises for more elements than an array of the shell may have.
 std::size_t countOf(const Extents& extents);
 
+// The elements of a full, real array of doubles; null for any other.
+const double* doublesOf(const hxArray* array);
 bool isNumeric(const hxArray* array); // numbers, not logical
 bool isInteger(hxClassID type);
 bool isNumberLike(const hxArray* array); // numbers, logical and char, and not sparse or complex

@@ -1,10 +1,10 @@
 // Memory of array headers: each thread keeps some that ended for the next ones, and counts its own.
 #include "host/array_store.h"
+#include "platform/thread_slot.h"
 
 #include <memory>
 #include <mutex>
 #include <new>
-#include <pthread.h>
 #include <utility>
 
 namespace {
@@ -27,8 +27,6 @@ struct Pool {
     Pool* nextPool = nullptr;
 };
 
-// Null before the thread is known and after its end.
-constinit thread_local Pool* pool = nullptr;
 constinit thread_local bool hasEnded = false;
 
 struct Pools {
@@ -45,7 +43,6 @@ Pools& pools() {
 
 void endPool(void* ending) {
     auto* const mine = static_cast<Pool*>(ending);
-    pool = nullptr;
     hasEnded = true;
     while (mine->first)
         ::operator delete(std::exchange(mine->first, mine->first->next));
@@ -60,42 +57,43 @@ void endPool(void* ending) {
     delete mine;
 }
 
-// Gives the thread its pool. The thread's end is told by a key and not by a thread_local's
-// destructor: not everywhere does the memory of thread_locals outlive their destructors.
-void beginPool() {
-    static pthread_key_t key;
-    static const bool hasKey = pthread_key_create(&key, endPool) == 0;
-    if (!hasKey) return;
+// Holds the thread's pool; null before the thread is known and after its end.
+using PoolSlot = platform::ThreadSlot<endPool>;
+
+Pool* beginPool() {
     auto made = std::unique_ptr<Pool>(new (std::nothrow) Pool);
-    if (!made || pthread_setspecific(key, made.get()) != 0) return;
-    pool = made.release();
+    if (!made || !PoolSlot::set(made.get())) return nullptr;
+    Pool* const begun = made.release();
     const std::lock_guard lock(pools().mutex);
-    pool->nextPool = pools().first;
-    pools().first = pool;
+    begun->nextPool = pools().first;
+    return pools().first = begun;
 }
 
-inline void note(std::ptrdiff_t change);
-
-// What `note` does for the first array of a thread, and after the thread's end.
-void countSlowly(std::ptrdiff_t change) {
-    if (!hasEnded) beginPool();
-    if (pool) return note(change);
+// Counts `change` where the thread has no pool: for its first array, and after its end.
+Pool* noteSlowly(std::ptrdiff_t change) {
+    if (Pool* const begun = hasEnded ? nullptr : beginPool()) {
+        begun->balance.store(change, std::memory_order_relaxed);
+        return begun;
+    }
     const std::lock_guard lock(pools().mutex);
     pools().otherBalance += change;
+    return nullptr;
 }
 
-inline void note(std::ptrdiff_t change) {
-    if (!pool) [[unlikely]]
-        return countSlowly(change);
-    pool->balance.store(pool->balance.load(std::memory_order_relaxed) + change,
+// Counts `change`, and gives the thread's pool, or null.
+inline Pool* note(std::ptrdiff_t change) {
+    auto* const mine = static_cast<Pool*>(PoolSlot::get());
+    if (!mine) [[unlikely]]
+        return noteSlowly(change);
+    mine->balance.store(mine->balance.load(std::memory_order_relaxed) + change,
                         std::memory_order_relaxed);
+    return mine;
 }
 
 } // namespace
 
 void* hxArray::operator new(std::size_t size) {
-    note(1);
-    Pool* const mine = pool;
+    Pool* const mine = note(1);
     if (!mine || !mine->first) {
         try {
             return ::operator new(size);
@@ -109,8 +107,7 @@ void* hxArray::operator new(std::size_t size) {
 }
 
 void hxArray::operator delete(void* header) {
-    note(-1);
-    Pool* const mine = pool;
+    Pool* const mine = note(-1);
     if (!mine || mine->kept >= mostKept) {
         ::operator delete(header);
         return;

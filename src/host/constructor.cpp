@@ -15,7 +15,7 @@ class Constructor final : public Hfunction_handle {
         MethodGroup* methods = owner_.methods(hos::internal::makeInterned(owner_.getName()));
         if (!methods) fail(keys::NoConstructor, owner_.classId().str());
         const Inputs given(inputs, static_cast<std::size_t>(inputCount));
-        const MethodPlan& plan = methods->choose(given);
+        const MethodPlan& plan = methods->choose(given, outputCount);
 
         hos::HOSInterfacePtr object;
         owner_.newInstance(&object);

@@ -12,9 +12,9 @@
 namespace velmar {
 namespace {
 
-Arrays callHandle(Hfunction_handle& handle, int outputCount,
-                  const std::vector<const hxArray*>& inputs) {
-    std::vector<hxArray*> results(static_cast<std::size_t>(std::max(outputCount, 1)));
+Arrays callHandle(Hfunction_handle& handle, int outputCount, Inputs inputs) {
+    boost::container::small_vector<hxArray*, 2> results(
+        static_cast<std::size_t>(std::max(outputCount, 1)));
     Arrays arrays(results.size());
     handle.call(outputCount, results.data(), static_cast<int>(inputs.size()), inputs.data());
     for (std::size_t i = 0; i < results.size(); ++i)
@@ -23,25 +23,23 @@ Arrays callHandle(Hfunction_handle& handle, int outputCount,
     return arrays;
 }
 
-LiveClass& classOf(const hxArray* object, const std::string& name) {
+LiveClass& classOf(const hxArray* object, hos::id name) {
     LiveClass* owner = classOfArray(object);
-    if (!owner) fail(keys::NotAnObject, name, std::string(hxGetClassName(object)));
+    if (!owner) fail(keys::NotAnObject, name.str(), std::string(hxGetClassName(object)));
     return *owner;
 }
 
 // The one object whose property is meant.
-hos::HOSInterface& oneObject(const hxArray* object, const std::string& name) {
+hos::HOSInterface& oneObject(const hxArray* object, hos::id name) {
     classOf(object, name);
     if (object->count != 1)
-        fail(keys::NotOneObject, name, static_cast<std::int64_t>(object->count));
+        fail(keys::NotOneObject, name.str(), static_cast<std::int64_t>(object->count));
     return requireAlive(object->elements<harray::detail::ObjectElement>()[0]);
 }
 
-hos::id idOf(const std::string& name) { return hos::internal::findInterned(name.c_str()); }
-
 } // namespace
 
-Arrays call(const std::string& name, int outputCount, const std::vector<const hxArray*>& inputs) {
+Arrays call(const std::string& name, int outputCount, Inputs inputs) {
     Hdispatcher& dispatcher = Hdispatcher::getDispatcher();
     const hos::id symbol = hos::internal::makeInterned(std::string(name));
     return callHandle(*dispatcher.lookup(dispatcher.GetCurrentlyExecutingFunctionScope(), symbol,
@@ -49,38 +47,37 @@ Arrays call(const std::string& name, int outputCount, const std::vector<const hx
                       outputCount, inputs);
 }
 
-Arrays callMember(const hxArray* object, const std::string& name, int outputCount,
-                  const std::vector<const hxArray*>& inputs) {
-    if (MethodGroup* methods = classOf(object, name).methods(idOf(name))) {
-        std::vector<const hxArray*> all{object};
+Arrays callMember(const hxArray* object, MemberName name, int outputCount, Inputs inputs) {
+    if (MethodGroup* methods = classOf(object, name.id).methods(name.id)) {
+        boost::container::small_vector<const hxArray*, 8> all{object};
         all.insert(all.end(), inputs.begin(), inputs.end());
         return callHandle(*methods, outputCount, all);
     }
-    harray::unique_array value = readProperty(oneObject(object, name), idOf(name), name.c_str());
-    if (!inputs.empty()) fail(keys::PropertyInputs, name);
-    if (outputCount > 1) fail(keys::TooManyOutputs, name, std::int64_t{1});
+    harray::unique_array value = readProperty(oneObject(object, name.id), name.id, name.id.c_str());
+    if (!inputs.empty()) fail(keys::PropertyInputs, name.id.str());
+    if (outputCount > 1) fail(keys::TooManyOutputs, name.id.str(), std::int64_t{1});
     Arrays arrays;
     arrays.push_back(std::move(value));
     return arrays;
 }
 
-bool hasMethod(const hxArray* object, const std::string& name) {
+bool hasMethod(const hxArray* object, MemberName name) {
     LiveClass* owner = classOfArray(object);
-    return owner && owner->methods(idOf(name));
+    return owner && owner->methods(name.id);
 }
 
-bool hasProperty(const hxArray* object, const std::string& name) {
+bool hasProperty(const hxArray* object, MemberName name) {
     LiveClass* owner = classOfArray(object);
     if (!owner) return false;
-    if (owner->property(idOf(name))) return true;
+    if (owner->property(name.id)) return true;
     hos::HOSInterfacePtr found;
     if (hos::HOSInterfacePtr first = hoGetArrayElement(object, 0))
-        first->findDynamicProperty(&found, idOf(name));
+        first->findDynamicProperty(&found, name.id);
     return static_cast<bool>(found);
 }
 
-void setMember(hxArray* object, const std::string& name, const hxArray* value) {
-    writeProperty(oneObject(object, name), idOf(name), name.c_str(), value);
+void setMember(hxArray* object, MemberName name, const hxArray* value) {
+    writeProperty(oneObject(object, name.id), name.id, name.id.c_str(), value);
 }
 
 } // namespace velmar

@@ -4,20 +4,36 @@
 #include "host/array.h"
 #include "host/class.h"
 #include "host/interface.h"
+#include "host/interned.h"
 #include "host/message.h"
+
+#include <boost/container/small_vector.hpp>
 
 #include <cstddef>
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace velmar {
 
-using Arrays = std::vector<harray::unique_array>;
+// A call has few inputs and outputs; those allocate nothing.
+using Arrays = boost::container::small_vector<harray::unique_array, 2>;
+
+// The inputs of a call: arrays that stay the caller's, named in braces or in any container.
+class Inputs : public std::span<const hxArray* const> {
+  public:
+    using span::span;
+    Inputs(std::initializer_list<const hxArray*> listed) : span(listed.begin(), listed.size()) {}
+    template <class Container>
+    requires requires(const Container& container) { container.data(); }
+    Inputs(const Container& container) : span(container.data(), container.size()) {}
+};
 
 // A function of the host: the same form as a module's builtin function.
 using Function = std::function<void(int outputCount, harray::unique_array* outputs, int inputCount,
@@ -32,15 +48,23 @@ void loadModule(const std::filesystem::path& library);
 
 // Calls a function, or the member of that name when an input is an object. Gives at least the
 // outputs asked for; an output that was not set is a 0-by-0 double.
-Arrays call(const std::string& name, int outputCount, const std::vector<const hxArray*>& inputs);
+Arrays call(const std::string& name, int outputCount, Inputs inputs);
+
+// The name of a member: text, or the id of one that is used again and again.
+struct MemberName {
+    MemberName(hos::id interned) : id(interned) {}
+    MemberName(std::string text) : id(hos::internal::makeInterned(std::move(text))) {}
+    MemberName(const char* text) : MemberName(std::string(text)) {}
+
+    hos::id id;
+};
 
 // `object.name(inputs...)`: a method; or a property, then `inputs` must be empty. `outputCount` 0
 // gives one output when the member produces one.
-Arrays callMember(const hxArray* object, const std::string& name, int outputCount,
-                  const std::vector<const hxArray*>& inputs);
-bool hasMethod(const hxArray* object, const std::string& name);
-bool hasProperty(const hxArray* object, const std::string& name);
-void setMember(hxArray* object, const std::string& name, const hxArray* value);
+Arrays callMember(const hxArray* object, MemberName name, int outputCount, Inputs inputs);
+bool hasMethod(const hxArray* object, MemberName name);
+bool hasProperty(const hxArray* object, MemberName name);
+void setMember(hxArray* object, MemberName name, const hxArray* value);
 
 // A listener of one event of one object.
 class Listener {

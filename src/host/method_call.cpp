@@ -12,15 +12,11 @@ using Values = boost::container::small_vector<hos::HOSValue, 8>;
 // The input values of one call; ends those that were made for it.
 class InputValues {
   public:
-    InputValues(const MethodPlan& plan, Inputs inputs) : plan_(plan) {
-        values_.reserve(inputs.size());
-        owned_.reserve(inputs.size());
+    InputValues(const MethodPlan& plan, Inputs inputs)
+        : plan_(plan), values_(inputs.size()), owned_(inputs.size()) {
         try {
-            for (std::size_t i = 0; i < inputs.size(); ++i) {
-                bool owned = false;
-                values_.push_back(plan.input(i).valueOf(inputs[i], owned));
-                owned_.push_back(owned);
-            }
+            for (std::size_t i = 0; i < inputs.size(); ++i)
+                values_[i] = plan.input(i).valueOf(inputs[i], owned_[i]);
         } catch (...) {
             release();
             throw;
@@ -80,7 +76,7 @@ class OutputValues {
 void MethodPlan::invoke(int outputCount, hxArray** results, Inputs given, hxArray* made) const {
     const auto wanted = static_cast<std::size_t>(std::max(outputCount, 0));
     harray::unique_array preset(made);
-    if (wanted > outputs.size() && !variableOutput)
+    if (!gives(wanted))
         fail(keys::TooManyOutputs, std::string(method->getName()),
              static_cast<std::int64_t>(outputs.size()));
     InputValues in(*this, given);
@@ -108,7 +104,7 @@ void MethodPlan::invoke(int outputCount, hxArray** results, Inputs given, hxArra
 void MethodGroup::call(int outputCount, hxArray** outputs, int inputCount,
                        const hxArray* const* inputs) {
     const Inputs given(inputs, static_cast<std::size_t>(inputCount));
-    choose(given).invoke(outputCount, outputs, given);
+    choose(given, outputCount).invoke(outputCount, outputs, given);
 }
 
 } // namespace velmar

@@ -45,15 +45,14 @@ bool measure(const MethodPlan& plan, Inputs inputs, Fits* fits) {
 
 } // namespace
 
-const MethodPlan& MethodGroup::choose(Inputs inputs) const {
-    if (plans_.size() == 1 && measure(plans_.front(), inputs, nullptr)) return plans_.front();
+const MethodPlan* MethodGroup::closest(Inputs inputs, std::size_t wanted) const {
     const MethodPlan* best = nullptr;
     bool bestIsExact = false;
     Fits bestFits;
     Fits fits;
     for (const MethodPlan& plan : plans_) {
         const bool isExact = inputs.size() >= plan.inputs.size();
-        if (best && bestIsExact && !isExact) continue;
+        if (!plan.gives(wanted) || (best && bestIsExact && !isExact)) continue;
         if (!measure(plan, inputs, &fits)) continue;
         if (!best || (isExact && !bestIsExact) ||
             std::ranges::lexicographical_compare(fits, bestFits)) {
@@ -62,7 +61,14 @@ const MethodPlan& MethodGroup::choose(Inputs inputs) const {
             bestFits.swap(fits);
         }
     }
-    if (best) return *best;
+    return best;
+}
+
+const MethodPlan& MethodGroup::choose(Inputs inputs, int outputCount) const {
+    if (plans_.size() == 1 && measure(plans_.front(), inputs, nullptr)) return plans_.front();
+    const auto wanted = static_cast<std::size_t>(std::max(outputCount, 0));
+    if (const MethodPlan* plan = closest(inputs, wanted)) return *plan;
+    if (const MethodPlan* plan = closest(inputs, 0)) return *plan; // says that it gives less
     std::string candidates;
     for (const MethodPlan& plan : plans_)
         if (plan.callable) candidates += "\n  " + signatureText(*plan.method);

@@ -2,18 +2,16 @@
 #pragma once
 
 #include "host/dispatcher.h"
+#include "host/embedding.h"
 #include "host/member_info.h"
 #include "host/type_entry.h"
 
 #include <boost/container/small_vector.hpp>
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace velmar {
-
-using Inputs = std::span<const hxArray* const>;
 
 // A method with its signature taken apart.
 struct MethodPlan {
@@ -30,6 +28,7 @@ struct MethodPlan {
     bool takes(std::size_t count) const {
         return count >= required && (count <= inputs.size() || variableInput);
     }
+    bool gives(std::size_t count) const { return count <= outputs.size() || variableOutput; }
     const TypeEntry& input(std::size_t i) const {
         return resolved(*inputs[i < inputs.size() ? i : inputs.size() - 1]);
     }
@@ -45,12 +44,16 @@ class MethodGroup final : public Hfunction_handle {
 
     void call(int outputCount, hxArray** outputs, int inputCount,
               const hxArray* const* inputs) override;
-    // The method that fits the inputs best. Raises when none does.
-    const MethodPlan& choose(Inputs inputs) const;
+    // The method that fits the inputs best, among those that give as many outputs as are wanted
+    // where one does. Raises when none fits the inputs.
+    const MethodPlan& choose(Inputs inputs, int outputCount) const;
     bool isCallable() const;
     const std::vector<MethodPlan>& plans() const { return plans_; }
 
   private:
+    // Null when none fits.
+    const MethodPlan* closest(Inputs inputs, std::size_t wanted) const;
+
     hos::id name_;
     std::vector<MethodPlan> plans_;
 };

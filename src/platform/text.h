@@ -5,6 +5,7 @@
 
 #include <boost/locale/encoding_utf.hpp>
 
+#include <cstdint>
 #include <iterator>
 #include <string>
 #include <string_view>
