@@ -33,7 +33,8 @@ class AppData {
         hos::HOSValue value;
         property_->getValue(&value, &object);
         const hxClassID classId = value.isNull() ? hxUNKNOWN_CLASS : hxGetClassID(value.array());
-        if (classId != hxSTRUCT_CLASS && classId != hxOBJECT_CLASS)
+        if ((classId != hxSTRUCT_CLASS && classId != hxOBJECT_CLASS) ||
+            hxGetNumberOfElements(value.array()) != 1)
             hmsgcore::raise(VELMAR::COM::InvalidAppData());
         values_.reset(hxCreateSharedDataCopy(value.array()));
     }

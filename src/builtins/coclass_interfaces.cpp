@@ -31,9 +31,8 @@ struct CoclassListing {
         const auto type = implementedType(coclass, index);
         const TypeAttrHolder attributes(type.get(), &ITypeInfo::GetTypeAttr);
         const auto flags = implementationFlags(coclass, index);
-        if (!attributes || !flags) return;
+        if (!attributes || !flags || (*flags & IMPLTYPEFLAG_FSOURCE)) return;
         if (IsEqualGUID(attributes->guid, wanted)) listsWanted = true;
-        if (*flags & IMPLTYPEFLAG_FSOURCE) return;
         std::string name = nameOf(type.get());
         if (name.empty()) return;
         const bool isDefault = *flags & IMPLTYPEFLAG_FDEFAULT;

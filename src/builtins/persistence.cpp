@@ -117,11 +117,16 @@ HRESULT persist(Server* server, const OleString& path, bool isLoad) {
     return hr == S_OK ? streamToFile(stream.get(), file) : hr;
 }
 
-// Whether the server offers the interface and so has been asked.
+// Whether the server offers the interface and so has been asked. A server that couldn't even say
+// so leaves its answer in `*status`: what a program wants saved isn't passed over in silence.
 template <class Interface, const IID& iid>
 bool persistThrough(IDispatch* server, const OleString& path, HRESULT* status, bool isLoad) {
-    const auto offered = queryServer<Interface>(server, iid);
-    if (offered) *status = persist(offered.get(), path, isLoad);
+    HRESULT answer = E_NOINTERFACE;
+    const auto offered = queryServer<Interface>(server, iid, &answer);
+    if (offered)
+        *status = persist(offered.get(), path, isLoad);
+    else if (FAILED(answer) && answer != E_NOINTERFACE && answer != E_NOTIMPL)
+        *status = answer;
     return static_cast<bool>(offered);
 }
 
@@ -145,6 +150,7 @@ void saveOrLoad(const hos::HOSValue* inputs, bool isLoad) {
 } // namespace
 
 void persistObject(IDispatch* server, const OleString& path, HRESULT* status, bool isLoad) {
+    if (!server) return;
     std::ranges::any_of(ways,
                         [&](auto* persistWay) { return persistWay(server, path, status, isLoad); });
 }

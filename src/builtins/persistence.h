@@ -30,8 +30,8 @@ class COMLoadMethodInfo final : public Builtin<declarations::load> {
 
 // Through the first of IPersistFile, IPersistStorage, IPersistStreamInit and IPersistStream that
 // the server offers. `*status` becomes the result, which counts as a failure unless it is 0; it
-// stays as it is when the server offers none, or is null. A fault inside the server gives E_FAIL.
-// The file is closed at the end.
+// stays as it is when the server offers none and says so in the orderly way, or is null. A fault
+// inside the server gives E_FAIL. The file is closed at the end.
 void persistObject(IDispatch* server, const platform::OleString& path, HRESULT* status,
                    bool isLoad);
 

@@ -1,6 +1,7 @@
 // The branches of variantToHost, by VARTYPE.
 #include "conversion/variant_to_host.h"
 
+#include "comruntime/server_call.h"
 #include "comruntime/system_message.h"
 #include "conversion/arg_converter.h"
 #include "conversion/com_text.h"
@@ -67,7 +68,7 @@ constexpr int mostReferences = 1000;
 // The new object has a reference of its own.
 int interfaceToHost(const VARIANT& v, hxArray** out, const VariantConversionContext& context) {
     VARIANT own = v;
-    if (own.punkVal) own.punkVal->AddRef();
+    own.punkVal = ServerPtr<IUnknown>::borrow(v.punkVal).detach();
     *out = wrapInterface(&own, context.owner, "Handle_Unknown");
     return *out ? 1 : fallBackToNaN(out);
 }

@@ -7,7 +7,6 @@
 #include "events/sink.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
-#include "platform/guarded_call.h"
 #include "platform/holders.h"
 
 #include <utility>
@@ -15,33 +14,10 @@
 namespace axlink2 {
 namespace {
 
-template <class Call>
-bool succeeds(Call&& call) {
-    HRESULT hr = E_FAIL;
-    const platform::Fault fault = platform::guarded([&] { hr = call(); });
-    return !fault && SUCCEEDED(hr);
-}
-
-// A reference to an interface of the source.
-template <class Interface>
-struct SourceTraits : platform::InterfaceTraits<Interface> {
-    static void close(Interface* object) noexcept { guardedRelease(object); }
-};
-template <class Interface>
-using SourcePtr = platform::Holder<SourceTraits<Interface>>;
-
-// What `call` gives; empty when it fails or gives nothing.
-template <class Interface, class Call>
-SourcePtr<Interface> obtain(Call&& call) {
-    Interface* given = nullptr;
-    if (!succeeds([&] { return call(&given); })) return {};
-    return SourcePtr<Interface>::adopt(given);
-}
-
-// Both ends of an open connection; the sink knows its cookie.
+// Both ends of an open connection; the sink knows its cookie, and goes first.
 struct Connection {
+    ServerPtr<IConnectionPoint> point;
     platform::ComPtr<CAXSink> sink;
-    SourcePtr<IConnectionPoint> point;
 };
 
 template <class Step>
@@ -52,12 +28,9 @@ template <class Step>
 
 Connection open(IDispatch* server, const hos::HOSInterfacePtr& source) {
     // The object may end while its server calls back.
-    const auto kept = SourcePtr<IDispatch>::borrow(server);
-    const auto container = obtain<IConnectionPointContainer>([&](auto** out) {
-        return server ? server->QueryInterface(IID_IConnectionPointContainer,
-                                               reinterpret_cast<void**>(out))
-                      : E_POINTER;
-    });
+    const auto kept = ServerPtr<IDispatch>::borrow(server);
+    const auto container =
+        queryServer<IConnectionPointContainer>(server, IID_IConnectionPointContainer);
     if (!container) failAt<VELMAR::COM::errorregistereventsConnectionPointContainer>();
 
     const auto* info = static_cast<COMBaseClassInfo*>(source->getClass()->getClassInfo());
@@ -68,14 +41,15 @@ Connection open(IDispatch* server, const hos::HOSInterfacePtr& source) {
     if (!opened.point) failAt<VELMAR::COM::errorregistereventsConnectionPoint>();
 
     opened.sink = platform::ComPtr<CAXSink>::adopt(new CAXSink(source, info->sourceIID));
-    if (!succeeds([&] { return opened.point->Advise(opened.sink.get(), &opened.sink->cookie); }))
+    if (FAILED(askServer(
+            [&] { return opened.point->Advise(opened.sink.get(), &opened.sink->cookie); })))
         failAt<VELMAR::COM::errorregistereventsAdvise>();
     return opened;
 }
 
 void close(Connection connection) {
     // A server that has disconnected by itself may say so.
-    succeeds([&] { return connection.point->Unadvise(connection.sink->cookie); });
+    askServer([&] { return connection.point->Unadvise(connection.sink->cookie); });
 }
 
 // Only connections made here are kept in records.
@@ -86,7 +60,7 @@ Connection takeConnection(COMInstanceRecord& record) {
     Connection taken;
     taken.sink = platform::ComPtr<CAXSink>::adopt(sinkOf(record));
     taken.point =
-        SourcePtr<IConnectionPoint>::adopt(static_cast<IConnectionPoint*>(record.connectionPoint));
+        ServerPtr<IConnectionPoint>::adopt(static_cast<IConnectionPoint*>(record.connectionPoint));
     record.sink = nullptr;
     record.connectionPoint = nullptr;
     return taken;

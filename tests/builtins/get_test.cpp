@@ -100,8 +100,8 @@ TEST_F(Get, SaysWhyAQueryIsRefused) {
         Array asked;
         const char* part;
     };
-    Row rows[] = {{text("na"), "'Name' is the beginning of more than one property of the class "
-                               "Test_Gadget"},
+    Row rows[] = {{text("na"), "More than one property of the class Test_Gadget "
+                               "begins that way, 'Name' for one."},
                   {scalar(3), "second input"},
                   {Array(hxCreateCharMatrix({u"ab", u"cd"})), "second input"},
                   {cell(text("Name"), scalar(1)), "cell array"},
