@@ -1,5 +1,6 @@
-// Runs every case beside its raw work and prints the ratios.
+// Measures every case beside its raw work with Google Benchmark.
 #include "bench/cases.h"
+#include "bench/memory.h"
 #include "bench/report.h"
 #include "entry/entry.h"
 
@@ -25,40 +26,47 @@ class Collector : public benchmark::ConsoleReporter {
     }
 };
 
-void add(const std::string& name, Work work, const Case& which) {
+void add(const std::string& name, Work work, const Case& which, const Effort& effort) {
     auto* registered = benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
         const auto batch = static_cast<benchmark::IterationCount>(which.batch);
         while (state.KeepRunningBatch(batch))
             work(which.batch);
     });
-    registered->Unit(benchmark::kNanosecond)->Repetitions(5);
-    if (which.most) registered->Iterations(static_cast<benchmark::IterationCount>(which.most / 5));
+    registered->Unit(benchmark::kNanosecond)->Repetitions(effort.rounds);
+    if (which.most)
+        registered->Iterations(static_cast<benchmark::IterationCount>(which.most / 5));
+    else
+        registered->MinTime(effort.secondsEach);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    const Effort effort = Effort::of(argc, argv);
+    RegisterAxlink2();
+    const Memory memory = memoryOfObjects();
     // Freed memory stays with the program: giving large blocks back to the system and asking for
     // them again would be most of what the cases with much data measure.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, -1);
-    RegisterAxlink2();
-    std::vector<Case> cases = callCases();
-    for (auto listed : {arrayCases, builtinCases, eventCases, populationCases})
-        for (Case& more : listed())
-            cases.push_back(std::move(more));
 
-    benchmark::Initialize(&argc, argv);
+    std::vector<Case> cases;
+    for (auto listed : {callCases, arrayCases, builtinCases, eventCases, populationCases})
+        for (Case& which : listed())
+            if (effort.wants(which)) cases.push_back(std::move(which));
     for (const Case& which : cases) {
-        add(which.name + "/raw", which.raw, which);
-        add(which.name + "/ours", which.ours, which);
+        add(which.name + "/raw", which.raw, which, effort);
+        add(which.name + "/ours", which.ours, which, effort);
     }
+    int noArguments = 1;
+    benchmark::Initialize(&noArguments, argv);
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
 
-    printHeading();
+    Report report(effort);
     for (const Case& which : cases)
-        printRow(which, collector.times[which.name + "/raw"],
-                 collector.times[which.name + "/ours"]);
-    return 0;
+        report.add(which, collector.times[which.name + "/raw"],
+                   collector.times[which.name + "/ours"]);
+    if (effort.only.empty()) report.add(memory);
+    return report.finish();
 }

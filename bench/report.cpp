@@ -1,4 +1,4 @@
-// The table of ratios.
+// The table of ratios, and what it says in the end.
 #include "bench/report.h"
 
 #include <algorithm>
@@ -14,16 +14,65 @@ double median(std::vector<double> values) {
 
 } // namespace
 
-void printHeading() { std::printf("%-36s %12s %12s %8s\n", "", "raw, ns", "ours, ns", "ratio"); }
+Effort Effort::of(int argc, char** argv) {
+    Effort effort;
+    for (int i = 1; i < argc; ++i) {
+        if (const std::string word = argv[i]; word != "short")
+            effort.only.push_back(word);
+        else
+            effort.rounds = 1, effort.secondsEach = 0.002, effort.judgesLimits = false;
+    }
+    return effort;
+}
 
-void printRow(const Case& which, const std::vector<double>& raw, const std::vector<double>& ours) {
+bool Effort::wants(const Case& which) const {
+    return only.empty() || std::any_of(only.begin(), only.end(), [&](const std::string& part) {
+               return which.name.find(part) != std::string::npos;
+           });
+}
+
+Report::Report(const Effort& effort) : judgesLimits_(effort.judgesLimits) {
+    std::printf("%-36s %12s %12s %8s\n", "", "raw, ns", "ours, ns", "ratio");
+}
+
+void Report::add(const Case& which, const std::vector<double>& raw,
+                 const std::vector<double>& ours) {
     std::vector<double> ratios;
     for (std::size_t i = 0; i < raw.size() && i < ours.size(); ++i)
         ratios.push_back(ours[i] / raw[i]);
-    if (ratios.empty()) return;
     const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+    const double ratio = median(ratios);
     std::printf("%-36s %12.1f %12.1f %8.2f  (%.2f to %.2f, limit %.1f)\n", which.name.c_str(),
-                median(raw), median(ours), median(ratios), *least, *most, which.limit);
+                median(raw), median(ours), ratio, *least, *most, which.limit);
+    std::fflush(stdout);
+    ++measured_;
+    if (ratio > which.limit) over_.push_back(which.name);
+}
+
+void Report::add(const Memory& memory) {
+    std::printf("An object needs %.0f bytes beside the %.0f of its server (limit %.0f)\n",
+                memory.object, memory.server, memory.limit);
+    if (memory.object > memory.limit) over_.push_back("memory of an object");
+}
+
+int Report::finish() const {
+    if (measured_ == 0) {
+        std::printf("bench: failed: nothing was measured\n");
+        return 1;
+    }
+    if (!judgesLimits_) {
+        std::printf("bench: %d measured once, not judged\n", measured_);
+        return 0;
+    }
+    if (over_.empty()) {
+        std::printf("bench: pass\n");
+        return 0;
+    }
+    std::printf("bench: over the limit:");
+    for (const std::string& name : over_)
+        std::printf("%s %s", name == over_.front() ? "" : ";", name.c_str());
+    std::printf("\n");
+    return 1;
 }
 
 } // namespace axlink2::bench

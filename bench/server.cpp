@@ -23,16 +23,20 @@ platform::OleString Server::joined(platform::OleView a, platform::OleView b) {
     return text += b;
 }
 
-hxArray* serverObject() {
-    static const harray::unique_array object = [] {
-        static const auto registration = kit::registerInProcess<Server>();
+harray::unique_array newServerObject() {
+    static const auto registration = [] {
         kit::registerProgId("Bench.Server", Server::definition().parts().coclass.clsid);
-        const harray::unique_array progId(hxCreateString("Bench.Server"));
-        const hxArray* inputs[] = {progId.get()};
-        harray::unique_array made;
-        COM2::actxserver(1, &made, 1, inputs);
-        return made;
+        return kit::registerInProcess<Server>();
     }();
+    const harray::unique_array progId(hxCreateString("Bench.Server"));
+    const hxArray* inputs[] = {progId.get()};
+    harray::unique_array made;
+    COM2::actxserver(1, &made, 1, inputs);
+    return made;
+}
+
+hxArray* serverObject() {
+    static const harray::unique_array object = newServerObject();
     return object.get();
 }
 

@@ -24,7 +24,9 @@ class Server : public kit::DispatchObject {
     double width_ = 1;
 };
 
-// The same server in both forms; made once, alive to the end of the program.
+// A new server, as an object of its generated class.
+harray::unique_array newServerObject();
+// One server in both forms; made once, alive to the end of the program.
 IDispatch* bareServer();
 hxArray* serverObject();
 

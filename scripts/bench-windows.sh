@@ -1,20 +1,28 @@
 #!/usr/bin/env bash
-# Speed on Windows' COM, under Wine: the benchmarks, then one loop over a Scripting.Dictionary as a
-# program of velsh and of the script engines that come with the system. Needs what
-# scripts/windows.sh builds. Arguments select benchmarks, as for axlink2_bench.
+# The part of scripts/bench.sh on Windows' COM, under Wine: the benchmarks, then one loop over a
+# Scripting.Dictionary as a program of velsh and of the script engines that come with the system.
+# Takes the same arguments; the loops run when no benchmark is named.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 build=build/windows-release
 turns=200000
 runs=7
+loops=yes
+for argument in "$@"; do
+    if [ "$argument" = short ]; then turns=2000 runs=1; else loops=no; fi
+done
+cmake --preset windows-release >/dev/null
+cmake --build --preset windows-release --target axlink2_bench velsh axlink2 >/dev/null
+
 export WINEPREFIX=$PWD/$build/wine WINEDEBUG=-all LC_ALL=C.UTF-8
 export WINEDLLOVERRIDES="winedbg.exe,mscoree,mshtml=d"
-
 work=$(mktemp -d)
 trap 'wineserver -k || true; rm -rf "$work"' EXIT
 sh tests/windows/start_wine.sh
-wine "$build/bin/axlink2_bench.exe" "$@" | tr -d '\r'
+status=0
+wine "$build/bin/axlink2_bench.exe" "$@" | tr -d '\r' || status=$?
+[ $loops = yes ] || exit $status
 
 # milliseconds ENGINE FILE EXPECTED: one whole run, which must print EXPECTED.
 milliseconds() {
@@ -35,8 +43,8 @@ spread() { sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)], v[1],
 
 # row NAME ENGINE EXTENSION
 row() {
-    cp "bench/scripts/dictionary.$3" "$work/loop.$3"
-    sed "s/$turns/0/" "bench/scripts/dictionary.$3" >"$work/start.$3"
+    sed "s/200000/$turns/" "bench/scripts/dictionary.$3" >"$work/loop.$3"
+    sed "s/200000/0/" "bench/scripts/dictionary.$3" >"$work/start.$3"
     for _ in $(seq $runs); do
         milliseconds "$2" "start.$3" 0 >>"$work/$1.start"
         milliseconds "$2" "loop.$3" $((2 * turns)) >>"$work/$1.loop"
@@ -56,3 +64,4 @@ printf '%-10s %10s %12s\n' "" "start, ms" "turn, ns"
 row velsh "$PWD/$build/bin/velsh.exe" vel
 row JScript "cscript.exe //nologo" js
 row VBScript "cscript.exe //nologo" vbs
+exit $status

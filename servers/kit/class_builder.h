@@ -9,9 +9,8 @@
 //     }
 //
 // Types come from the C++ signatures (values.h, parameters.h). A result is declared as an
-// [out, retval] parameter unless direct() follows. DISPIDs count from 1 in the order of
-// declaration, those of events by themselves. What modifies a member (hidden(), dispid(), ...)
-// follows it.
+// [out, retval] parameter. DISPIDs count from 1 in the order of declaration, those of events by
+// themselves. What modifies a member (hidden(), dispid(), ...) follows it.
 #pragma once
 
 #include "servers/kit/definition_draft.h"
@@ -151,10 +150,6 @@ class ClassBuilder {
         return change([=](MemberDraft& member) {
             member.spec.flags = static_cast<WORD>(member.spec.flags | bits);
         });
-    }
-    // The result is the function's own, not an [out, retval] parameter.
-    ClassBuilder& direct() {
-        return change([](MemberDraft& member) { makeDirect(member.spec); });
     }
     // Declares another type than the C++ one: of the value, of a parameter.
     ClassBuilder& declare(const TypeSpec& type) {

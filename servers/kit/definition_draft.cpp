@@ -107,13 +107,6 @@ std::unique_ptr<const ClassDefinition> DefinitionDraft::finish(const Library* li
                                                    library);
 }
 
-void makeDirect(FunctionSpec& spec) {
-    const auto result = std::ranges::find_if(spec.params, isRetval);
-    if (result == spec.params.end()) return;
-    spec.result = TypeSpec(result->type.inner.front());
-    spec.params.erase(result);
-}
-
 void declareValue(MemberDraft& member, const TypeSpec& type) {
     FunctionSpec& spec = member.spec;
     if (member.role == MemberDraft::Role::Function) {

@@ -59,9 +59,7 @@ class DefinitionDraft {
     DISPID nextEvent_ = 1;
 };
 
-// Changes to a member's declaration. A result that is an [out, retval] parameter becomes the
-// function's own; `declareValue` sets the type of a result, of a put's value, of a variable.
-void makeDirect(FunctionSpec& spec);
+// Sets the declared type of a result, of a put's value, of a variable.
 void declareValue(MemberDraft& member, const TypeSpec& type);
 
 } // namespace kit
