@@ -117,11 +117,16 @@ constexpr GUID comGuid(std::uint32_t first) {
 }
 
 // Writes through the interfaces that any server describes itself with; the first failure stays.
+struct Failed {
+    HRESULT hr;
+};
+
 class StandardLibraryWriter {
   public:
     explicit StandardLibraryWriter(ICreateTypeLib2* library) : library_(library) {}
 
-    HRESULT write() {
+    // Raises `Failed` at the first step that fails.
+    void write() {
         keep(library_->SetName(text(OLESTR("stdole"))));
         keep(library_->SetGuid(comGuid(0x00020430)));
         keep(library_->SetVersion(2, 0));
@@ -133,11 +138,12 @@ class StandardLibraryWriter {
         for (const Interface& described : interfaces) {
             base = writeInterface(described, base);
         }
-        return hr_;
     }
 
   private:
-    void keep(HRESULT hr) { hr_ = FAILED(hr_) ? hr_ : hr; }
+    static void keep(HRESULT hr) {
+        if (FAILED(hr)) throw Failed{hr};
+    }
 
     // Names are handed over as changeable text, which nobody changes.
     static LPOLESTR text(const OLECHAR* fixed) { return const_cast<LPOLESTR>(fixed); }
@@ -229,19 +235,20 @@ class StandardLibraryWriter {
 
     ICreateTypeLib2* library_;
     std::array<HREFTYPE, std::size(records)> recordReferences_{};
-    HRESULT hr_ = S_OK;
 };
 
 } // namespace
 
 HRESULT createStandardLibrary(ITypeLib** library) {
     ComPtr<ICreateTypeLib2> created;
-    HRESULT hr = CreateTypeLib2(SYS_WIN64, OLESTR("stdole"), created.put());
-    if (SUCCEEDED(hr)) {
-        hr = StandardLibraryWriter(created.get()).write();
+    const HRESULT hr = CreateTypeLib2(SYS_WIN64, OLESTR("stdole"), created.put());
+    if (FAILED(hr)) return hr;
+    try {
+        StandardLibraryWriter(created.get()).write();
+    } catch (const Failed& failure) {
+        return failure.hr;
     }
-    return SUCCEEDED(hr) ? created->QueryInterface(IID_ITypeLib, reinterpret_cast<void**>(library))
-                         : hr;
+    return created->QueryInterface(IID_ITypeLib, reinterpret_cast<void**>(library));
 }
 
 } // namespace platform
