@@ -43,12 +43,10 @@ std::string plain(const hxArray* array) {
     return number.str();
 }
 
-Array text(const std::string& characters) { return Array(hxCreateString(characters.c_str())); }
-
 Array BuiltinTest::row(const std::vector<const Array*>& objects) {
     Array result(hoCreateHOSMatrix(1, objects.size(), hoGetClassID(objects.at(0)->get())));
     for (std::size_t i = 0; i < objects.size(); ++i)
-        hoSetArrayElement(result.get(), i, hoGetArrayElement(objects[i]->get(), 0));
+        hoSetArrayElement(result.get(), i, handle(*objects[i]));
     return result;
 }
 

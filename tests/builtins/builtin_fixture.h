@@ -12,19 +12,6 @@ namespace axlink2::test {
 // An array on one line: 3, 'text', {a; b}(2x1), (Name='x' Width=3), <COM.Test_Gadget>, [](0x0).
 std::string plain(const hxArray* array);
 
-using Array = harray::unique_array;
-
-Array text(const std::string& characters);
-
-// Rows of arrays, which are taken over.
-template <class... Arrays>
-Array cell(Arrays... elements) {
-    Array result(hxCreateCellMatrix(1, sizeof...(elements)));
-    std::size_t at = 0;
-    (hxSetCell(result.get(), at++, elements.release()), ...);
-    return result;
-}
-
 class BuiltinTest : public ServerTest {
   protected:
     // The first output of h.name(inputs...); null when there is none.
@@ -46,7 +33,7 @@ class BuiltinTest : public ServerTest {
     // A row of the objects of several arrays.
     static Array row(const std::vector<const Array*>& objects);
     static Array emptyArrayOf(const Array& h);
-    static bool isDeleted(const Array& h) { return hoGetArrayElement(h.get(), 0)->isDeleted(); }
+    static bool isDeleted(const Array& h) { return handle(h)->isDeleted(); }
 
     // What `action` prints, and the identifiers of its warnings.
     static std::string printed(const std::function<void()>& action);

@@ -1,7 +1,7 @@
 // A server with a member of every sort that the built-in methods tell apart.
 #pragma once
 
-#include "servers/kit/kit.h"
+#include "support/served.h"
 
 #include <functional>
 #include <map>
@@ -10,10 +10,29 @@ namespace axlink2::test {
 
 enum class Shade : LONG {};
 
-class Gadget : public kit::DispatchObject {
+class Gadget : public Served<Gadget> {
   public:
-    Gadget() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition();
+    static constexpr const char* className = "Gadget";
+    static void declare(Builder& builder) {
+        builder.enumeration<Shade>("Shade", {{"dark", 0}, {"bright", 1}, {"gloomy", 0}})
+            .property("Name", &Gadget::name, &Gadget::setName)
+            .property("NameSpace", &Gadget::nameSpace)
+            .property("Width", &Gadget::width, &Gadget::setWidth)
+            .property("Shade", &Gadget::shade, &Gadget::setShade)
+            .property("Count", &Gadget::count)
+            .property("Bad", &Gadget::bad)
+            .property("Secret", &Gadget::secret, &Gadget::setSecret)
+            .hidden()
+            .property("Item", &Gadget::item, &Gadget::setItem, {"index"})
+            .raw({.name = "WriteOnly", .kind = INVOKE_PROPERTYPUT, .params = {{"value", VT_R8}}},
+                 [](Gadget&, kit::Call&) { return S_OK; })
+            .method("Reset", &Gadget::reset)
+            .method("Add", &Gadget::add, {"a", "b"})
+            .method("Both", &Gadget::both, {"other"})
+            .method("Hidden", &Gadget::negative, {"x"})
+            .hidden()
+            .method("NewGadget", &Gadget::newGadget);
+    }
 
     platform::OleString name() { return name_; }
     void setName(platform::OleString name) { name_ = std::move(name); }
@@ -35,7 +54,7 @@ class Gadget : public kit::DispatchObject {
     void reset() { width_ = 0; }
     double add(double a, double b) { return a + b; }
     double both(kit::Out<LONG> other) { return other = 2, 1.5; }
-    double hidden(double x) { return -x; }
+    double negative(double x) { return -x; }
     platform::ComPtr<IDispatch> newGadget() { return kit::createDispatch<Gadget>(); }
 
     static inline std::function<void()> onCount; // what else happens when the count is read

@@ -38,8 +38,7 @@ TEST_F(Get, ShowsTheStructWhenNoOutputIsWanted) {
 }
 
 TEST_F(Get, PassesOnErrorsThatAreNotTheServers) {
-    const hos::HOSInterfacePtr object = hoGetArrayElement(h.get(), 0);
-    object->destroy(hos::HOSGetPublicClient());
+    destroy(h);
     EXPECT_EQ(errorIn(h, "get"), invalidHandle);
     EXPECT_EQ(errorIn(h, "get", text("Width")), invalidHandle);
     EXPECT_EQ(errorIn(h, "get", text("Secret")), "VELMAR:UndefinedFunction");
@@ -69,11 +68,7 @@ TEST_F(Get, MatchesNamesInAnyCaseAndByTheirBeginning) {
         {{"Abc", "Abd"}, "ab", ambiguous},
         {{"Abc", "Abd"}, "ABD", "'Abd'"},
         {{longName + "x"}, std::string(1024, 'A') + "y", "'" + longName + "x'"},
-        {{"Gr\xC3\xB6\xC3\x9F"
-          "e"},
-         "Gr\xC3\xB6\xC3\x9F"
-         "e",
-         "VELMAR:internal"},
+        {{"Gr\u00F6\u00DFe"}, "Gr\u00F6\u00DFe", "VELMAR:internal"},
         {{}, "\xC3\xA9", "VELMAR:internal"},
         {{}, "bad", "VELMAR:COM:E12"},
         {{}, "WriteOnly", "VELMAR:COM:E2147614723"}, // the server's own answer

@@ -6,22 +6,6 @@ namespace {
 using namespace axlink2;
 using namespace axlink2::test;
 
-// A class that has no members of a server, and one that has a method named as a built-in is.
-class Bare : public kit::DispatchObject {
-  public:
-    Bare() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Bare>("Bare", kit::guid("5E1B7A40-93D4-4C0B-9B56-0A3E2C7D1011"),
-                                    kit::guid("5E1B7A40-93D4-4C0B-9B56-0A3E2C7D1012"))
-                .method("Twice", &Bare::twice, {"x"})
-                .withoutTypeInfo()
-                .build();
-        return *made;
-    }
-    double twice(double x) { return 2 * x; }
-};
-
 using Invoke = GadgetTest;
 
 constexpr const char* signatures[][2] = {
@@ -41,7 +25,7 @@ TEST_F(Invoke, ListsTheServersMethodsWithTheirSignatures) {
     }
     EXPECT_EQ(plain(ask(1, h, "invoke").get()), "(" + fields + ")");
     EXPECT_EQ(printed([&] { EXPECT_TRUE(call(h, "invoke", 0).empty()); }), lines);
-    EXPECT_EQ(plain(ask(1, start<Bare>("Test.Bare"), "invoke").get()), "()");
+    EXPECT_EQ(plain(ask(1, start<UntypedServer>("Test.Bare"), "invoke").get()), "()");
 }
 
 TEST_F(Invoke, CallsDeclaredMethodsAsAProgramWould) {
@@ -49,7 +33,8 @@ TEST_F(Invoke, CallsDeclaredMethodsAsAProgramWould) {
     const Array name = text("Both");
     const auto both = call(h, "invoke", 2, {name.get()});
     EXPECT_EQ(plain(both[0].get()), "1.5");
-    EXPECT_EQ(hxGetClassID(both[1].get()), hxINT32_CLASS); // as declared, through its converter
+    EXPECT_EQ(hxGetClassID(both[1].get()),
+              hxINT32_CLASS); // as declared, through its converter
     EXPECT_EQ(call(h, "invoke", 0, {text("Reset").get()}).size(), 0u);
     EXPECT_EQ(get(h, text("Width")), "0");
     EXPECT_NE(errorIn(h, "invoke", text("Add"), scalar(1)), "");
@@ -66,7 +51,7 @@ TEST_F(Invoke, AsksTheServerForAnyOtherName) {
     for (const kit::LoggedCall& call : log.calls())
         EXPECT_EQ(call.flags, DISPATCH_METHOD);
     EXPECT_EQ(log.calls().at(1).arguments.at(0).vt, VT_R8);
-    const Array bare = start<Bare>("Test.Bare");
+    const Array bare = start<UntypedServer>("Test.Bare");
     EXPECT_EQ(plain(ask(1, bare, "invoke", text("Twice"), scalar(4)).get()), "8");
     // A property is no method.
     EXPECT_EQ(errorIn(h, "invoke", text("Width")), "VELMAR:COM:E2147614723");

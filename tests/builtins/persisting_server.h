@@ -1,22 +1,23 @@
 // A server whose persistence does what a test says.
 #pragma once
 
-#include "servers/kit/kit.h"
+#include "support/com_double.h"
+#include "support/served.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 
 namespace axlink2::test {
 
-class PersistingServer : public kit::DispatchObject,
-                         public IPersistFile,
-                         public IPersistStorage,
-                         public IPersistStreamInit,
-                         public IPersistStream {
+class PersistingServer : public Served<PersistingServer>,
+                         public Silent<IPersistFile>,
+                         public Silent<IPersistStorage>,
+                         public Silent<IPersistStreamInit>,
+                         public Silent<IPersistStream> {
   public:
-    PersistingServer() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition();
-
+    static constexpr const char* className = "Persisting";
+    static void declare(Builder& builder) { builder.property("Value", &PersistingServer::value); }
     LONG value() { return 42; }
 
     // What the objects do, for the length of a test.
@@ -35,28 +36,53 @@ class PersistingServer : public kit::DispatchObject,
     ULONG STDMETHODCALLTYPE AddRef() override { return DispatchObject::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return DispatchObject::Release(); }
 
-    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
-    HRESULT STDMETHODCALLTYPE IsDirty() override { return S_OK; }
-
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* id) override {
+        *id = clsid();
+        return answer("GetClassID");
+    }
     HRESULT STDMETHODCALLTYPE Load(LPCOLESTR, DWORD) override { return answer("File.Load"); }
     HRESULT STDMETHODCALLTYPE Save(LPCOLESTR, BOOL) override { return answer("File.Save"); }
-    HRESULT STDMETHODCALLTYPE SaveCompleted(LPCOLESTR) override { return E_UNEXPECTED; }
-    HRESULT STDMETHODCALLTYPE GetCurFile(LPOLESTR*) override { return E_UNEXPECTED; }
 
-    HRESULT STDMETHODCALLTYPE InitNew(IStorage*) override { return E_UNEXPECTED; }
-    HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override;
-    HRESULT STDMETHODCALLTYPE Save(IStorage* storage, BOOL sameAsLoad) override;
-    HRESULT STDMETHODCALLTYPE SaveCompleted(IStorage* storage) override;
+    HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override {
+        return answer("Storage.Load", script.withStorage, storage);
+    }
+    HRESULT STDMETHODCALLTYPE Save(IStorage* storage, BOOL sameAsLoad) override {
+        return answer(sameAsLoad ? "Storage.SaveSame" : "Storage.Save", script.withStorage,
+                      storage);
+    }
+    HRESULT STDMETHODCALLTYPE SaveCompleted(IStorage* storage) override {
+        return answer(storage ? "CompletedElsewhere" : "Completed");
+    }
     HRESULT STDMETHODCALLTYPE HandsOffStorage() override { return answer("HandsOff"); }
 
-    HRESULT STDMETHODCALLTYPE InitNew() override { return E_UNEXPECTED; }
-    HRESULT STDMETHODCALLTYPE Load(IStream* stream) override;
-    HRESULT STDMETHODCALLTYPE Save(IStream* stream, BOOL clearDirty) override;
-    HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER*) override { return E_UNEXPECTED; }
+    HRESULT STDMETHODCALLTYPE Load(IStream* stream) override {
+        return answer("Stream.Load", script.withStream, stream);
+    }
+    HRESULT STDMETHODCALLTYPE Save(IStream* stream, BOOL) override {
+        return answer("Stream.Save", script.withStream, stream);
+    }
 
   private:
-    void* findInterface(REFIID iid) override;
-    static HRESULT answer(const std::string& call);
+    void* findInterface(REFIID iid) override {
+        if (std::ranges::find(script.offered, iid) == script.offered.end()) return nullptr;
+        if (iid == IID_IPersistFile) return static_cast<IPersistFile*>(this);
+        if (iid == IID_IPersistStorage) return static_cast<IPersistStorage*>(this);
+        if (iid == IID_IPersistStreamInit) return static_cast<IPersistStreamInit*>(this);
+        return static_cast<IPersistStream*>(this);
+    }
+
+    static HRESULT answer(const std::string& call) {
+        script.calls += call + ' ';
+        const auto found = script.results.find(call);
+        return found == script.results.end() ? S_OK : found->second;
+    }
+    template <class Medium>
+    static HRESULT answer(const std::string& call, const std::function<void(Medium*)>& work,
+                          Medium* medium) {
+        const HRESULT hr = answer(call);
+        if (work) work(medium);
+        return hr;
+    }
 };
 
 } // namespace axlink2::test

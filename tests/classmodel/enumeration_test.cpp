@@ -10,21 +10,13 @@ using namespace axlink2::test;
 
 enum class Fruit : LONG { Apple = 0, Pear = 1, Quince = -1 };
 
-class Basket : public kit::DispatchObject {
+class Basket : public Served<Basket> {
   public:
-    explicit Basket(const kit::ClassDefinition& definition = Basket::definition())
-        : DispatchObject(definition) {}
-    static kit::ClassBuilder<Basket> builder(const CLSID& clsid) {
-        kit::ClassBuilder<Basket> builder("Basket", clsid,
-                                          kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA022"));
+    static constexpr const char* className = "Basket";
+    static void declare(Builder& builder) {
         builder.enumeration<Fruit>("TestFruit", {{"Apple", 0}, {"Pear", 1}, {"Quince", -1}})
             .method("Next", &Basket::next, {"fruit"})
             .property("Held", &Basket::held, &Basket::hold);
-        return builder;
-    }
-    static const kit::ClassDefinition& definition() {
-        static const auto made = builder(kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA021")).build();
-        return *made;
     }
     Fruit next(Fruit fruit) { return static_cast<Fruit>(static_cast<LONG>(fruit) + 1); }
     Fruit held() { return held_; }
@@ -34,13 +26,29 @@ class Basket : public kit::DispatchObject {
     Fruit held_ = Fruit::Quince;
 };
 
+// An enumeration named like a host type, and one whose name another class has brought.
+enum class CellNumber : LONG {};
+enum class Stone : LONG {};
+
+class Quarry : public Served<Quarry> {
+  public:
+    static constexpr const char* className = "Quarry";
+    static void declare(Builder& builder) {
+        builder.enumeration<CellNumber>("cell", {{"First", 1}})
+            .enumeration<Stone>("TestFruit", {{"Flint", 0}})
+            .method("Same", &Quarry::same, {"cell"})
+            .method("Find", &Quarry::find);
+    }
+    CellNumber same(CellNumber cell) { return cell; }
+    Stone find() { return Stone(); }
+};
+
 struct Enumerations : ServerTest {
     Array object = start<Basket>("Test.Basket");
 
     std::string next(const Array& fruit) {
         return velmar::displayText(call(object, "Next", 1, {fruit.get()})[0].get());
     }
-    static Array text(const char* text) { return Array(hxCreateString(text)); }
 };
 
 TEST_F(Enumerations, CrossAsNamesAndAsNumbers) {
@@ -69,49 +77,10 @@ TEST_F(Enumerations, AreValuesOfProperties) {
     EXPECT_EQ(velmar::displayText(changed.get()), "Pear\n");
 }
 
-enum class CellNumber : LONG {};
-
-class Prison : public kit::DispatchObject {
-  public:
-    Prison() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Prison>("Prison", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA061"),
-                                      kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA062"))
-                .enumeration<CellNumber>("cell", {{"First", 1}})
-                .method("Next", &Prison::next, {"cell"})
-                .build();
-        return *made;
-    }
-    CellNumber next(CellNumber cell) {
-        return static_cast<CellNumber>(static_cast<LONG>(cell) + 1);
-    }
-};
-
-TEST_F(Enumerations, NamedLikeAHostTypeArePlainNumbers) {
-    const Array prison = start<Prison>("Test.Prison");
-    const Array one = scalar(1);
-    EXPECT_EQ(number(call(prison, "Next", 1, {one.get()})[0].get()), 2.0);
-}
-
-TEST_F(Enumerations, BelongToTheFirstClassThatBringsTheirName) {
-    enum class Other : LONG { Stone = 0 };
-    class Quarry : public kit::DispatchObject {
-      public:
-        Quarry() : DispatchObject(definition()) {}
-        static const kit::ClassDefinition& definition() {
-            static const auto made =
-                kit::ClassBuilder<Quarry>("Quarry",
-                                          kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA031"),
-                                          kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA032"))
-                    .enumeration<Other>("TestFruit", {{"Stone", 0}})
-                    .method("Find", &Quarry::find)
-                    .build();
-            return *made;
-        }
-        Other find() { return Other::Stone; }
-    };
+TEST_F(Enumerations, AreNumbersUnderAHostTypesNameAndBelongToTheFirstClassThatBringsThem) {
     const Array quarry = start<Quarry>("Test.Quarry");
+    const auto same = call(quarry, "Same", 1, {scalar(1).get()});
+    EXPECT_EQ(number(same[0].get()), 1.0);
     EXPECT_EQ(velmar::displayText(call(quarry, "Find", 1)[0].get()), "Apple\n");
 }
 

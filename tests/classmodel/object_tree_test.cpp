@@ -10,17 +10,10 @@ using namespace axlink2;
 using namespace axlink2::test;
 using hos::HOSInterfacePtr;
 
-class Node : public kit::DispatchObject {
+class Node : public Served<Node> {
   public:
-    Node() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Node>("TreeNode", kit::guid("6C9A1E01-3A5B-4F65-8A3C-7C2B1F0D0101"),
-                                    kit::guid("6C9A1E01-3A5B-4F65-8A3C-7C2B1F0D0102"))
-                .method("Child", &Node::child)
-                .build();
-        return *made;
-    }
+    static constexpr const char* className = "TreeNode";
+    static void declare(Builder& builder) { builder.method("Child", &Node::child); }
     platform::ComPtr<IDispatch> child() { return kit::createDispatch<Node>(); }
 };
 
@@ -35,13 +28,12 @@ struct ObjectTree : ServerTest {
     }
     static std::string parentOf(const std::string& name) { return name.substr(0, name.size() - 1); }
 
-    HOSInterfacePtr object(const std::string& name) {
-        return hoGetArrayElement(nodes.at(name).get(), 0);
+    COMInstanceRecord& record(const std::string& name) {
+        return ServerTest::record(nodes.at(name));
     }
-    COMInstanceRecord& record(const std::string& name) { return *recordOf(object(name)); }
     std::string nameOf(const HOSInterfacePtr& link) {
         for (const auto& [name, array] : nodes)
-            if (recordOf(hoGetArrayElement(array.get(), 0)) == recordOf(link)) return name;
+            if (&ServerTest::record(array) == recordOf(link)) return name;
         return "-";
     }
     std::string linksOf(const std::string& name) {
@@ -55,13 +47,10 @@ struct ObjectTree : ServerTest {
     }
     std::string alive() {
         std::string result;
-        for (const auto& [name, array] : nodes) {
-            const HOSInterfacePtr handle = hoGetArrayElement(array.get(), 0);
-            if (handle && !handle->isDeleted()) result += name + " ";
-        }
+        for (const auto& [name, array] : nodes)
+            if (handle(array) && !handle(array)->isDeleted()) result += name + " ";
         return result;
     }
-    void end(const std::string& name) { object(name)->destroy(hos::HOSGetPublicClient()); }
 };
 
 TEST_F(ObjectTree, LinksObjectsToWhereTheyCameFrom) {
@@ -71,7 +60,7 @@ TEST_F(ObjectTree, LinksObjectsToWhereTheyCameFrom) {
 }
 
 TEST_F(ObjectTree, EndingAnObjectTakesItOut) {
-    end("ab");
+    destroy(nodes.at("ab"));
     EXPECT_EQ(alive(), "a abc abd ae ");
     EXPECT_EQ(linksOf("a"), "< > ae abc abd");
     EXPECT_EQ(linksOf("abd"), "< >");
@@ -86,14 +75,14 @@ TEST_F(ObjectTree, KeepsTheOrderOfManyWhileSomeLeave) {
     Array owner = std::move(call(nodes.at("a"), "Child", 1)[0]);
     for (int i = 0; i < 500; ++i) {
         children.push_back(std::move(call(owner, "Child", 1)[0]));
-        expected.push_back(recordOf(hoGetArrayElement(children.back().get(), 0)));
+        expected.push_back(&ServerTest::record(children.back()));
         if (i % 3 == 0) continue;
         const auto leaving = static_cast<std::size_t>(i * 7 % static_cast<int>(children.size()));
         children.erase(children.begin() + static_cast<std::ptrdiff_t>(leaving));
         expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(leaving));
     }
     std::vector<COMInstanceRecord*> linked;
-    for (const ObjectLink& link : recordOf(hoGetArrayElement(owner.get(), 0))->children)
+    for (const ObjectLink& link : ServerTest::record(owner).children)
         if (link.object) linked.push_back(recordOf(link.object));
     EXPECT_EQ(linked, expected);
 }
@@ -121,7 +110,7 @@ TEST_F(ObjectTree, AChainOfManyEndsAtOnce) {
         nodes["chain" + std::to_string(i)] = std::move(last);
         last = std::move(next);
     }
-    deleteTree(*recordOf(hoGetArrayElement(last.get(), 0)), hos::HOSGetPublicClient());
+    deleteTree(ServerTest::record(last), hos::HOSGetPublicClient());
     EXPECT_EQ(alive(), "");
 }
 

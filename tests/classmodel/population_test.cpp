@@ -9,29 +9,24 @@ namespace {
 using namespace axlink2;
 using namespace axlink2::test;
 
-class Shape : public kit::DispatchObject {
+class Shape : public Served<Shape> {
   public:
-    Shape() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Shape>("Shape", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA001"),
-                                     kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA002"))
-                .method("Later", &Shape::nothing)
-                .dispid(50)
-                .method("get", &Shape::nothing)
-                .dispid(-9)
-                .property("Size", &Shape::size)
-                .dispid(10)
-                .property("release", &Shape::size)
-                .dispid(11)
-                .put("WriteOnly", &Shape::setSize)
-                .dispid(12)
-                .property("Item", &Shape::item, std::vector<std::string>{"index"})
-                .dispid(13)
-                .source("DShapeEvents", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA003"))
-                .event("Moved")
-                .build();
-        return *made;
+    static constexpr const char* className = "Shape";
+    static void declare(Builder& builder) {
+        builder.method("Later", &Shape::nothing)
+            .dispid(50)
+            .method("get", &Shape::nothing)
+            .dispid(-9)
+            .property("Size", &Shape::size)
+            .dispid(10)
+            .property("release", &Shape::size)
+            .dispid(11)
+            .put("WriteOnly", &Shape::setSize)
+            .dispid(12)
+            .property("Item", &Shape::item, std::vector<std::string>{"index"})
+            .dispid(13)
+            .source("DShapeEvents", guidOf("DShapeEvents"))
+            .event("Moved");
     }
     void nothing() {}
     LONG size() { return 1; }
@@ -39,69 +34,87 @@ class Shape : public kit::DispatchObject {
     LONG item(LONG index) { return index; }
 };
 
-class Bare : public kit::DispatchObject {
-  public:
-    Bare() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Bare>("Bare", kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA011"),
-                                    kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA012"))
-                .withoutTypeInfo()
-                .build();
-        return *made;
-    }
-};
-
-std::vector<std::string> methodNames(hos::HOSClass* owner) {
-    hos::HOSIterator methods;
-    owner->getMethods(&methods);
-    std::vector<std::string> names;
-    while (methods.hasMoreElements())
-        names.push_back(hos::hosiToMethod(methods.nextElement())->getName());
-    return names;
+// A method with the types that it declares, "*" for its own class, and whether the host lists it.
+std::string described(const hos::HOSMethodInfo& method, const std::string& own) {
+    hos::Enumeration<hos::id> inputs;
+    hos::Enumeration<hos::id> outputs;
+    std::string line = method.getName();
+    const auto append = [&](const char* before, const std::vector<std::string>& types) {
+        line += before;
+        for (const std::string& type : types)
+            line += " " + (type == own ? "*" : type);
+    };
+    append(":", namesOf(std::move(*method.getSignature()->getInputs(&inputs))));
+    append(" ->", namesOf(std::move(*method.getSignature()->getOutputs(&outputs))));
+    return method.isVisible() ? line : line + " hidden";
 }
 
-std::vector<std::string> propertyNames(hos::HOSClass* owner) {
+using Lines = std::vector<std::string>;
+
+Lines methodsOf(hos::HOSClass* owner) {
+    hos::id classId;
+    const std::string own = owner->getID(&classId)->str();
+    Lines lines;
+    hos::HOSIterator methods;
+    owner->getMethods(&methods);
+    while (methods.hasMoreElements())
+        lines.push_back(described(*hos::hosiToMethod(methods.nextElement()), own));
+    return lines;
+}
+
+Lines propertiesOf(hos::HOSClass* owner) {
+    Lines names;
     hos::HOSIterator properties;
     owner->getProperties(&properties);
-    std::vector<std::string> names;
     while (properties.hasMoreElements())
         names.push_back(hos::hosiToProp(properties.nextElement())->getName());
     return names;
 }
 
-const std::vector<std::string> everyClass = {"release",    "delete",      "events",
-                                             "invoke",     "addproperty", "deleteproperty",
-                                             "get",        "get",         "get",
-                                             "get",        "set",         "set",
-                                             "set",        "getHeader",   "getPropertyGroups",
-                                             "methods",    "isprop",      "setappdata",
-                                             "getappdata", "rmappdata",   "isappdata"};
+const Lines everyClass = {"release: * ->",
+                          "delete: * any ->",
+                          "events: * -> any",
+                          "invoke: * asciiString any -> any",
+                          "addproperty: * asciiString ->",
+                          "deleteproperty: * asciiString ->",
+                          "get: handle scalar -> struct",
+                          "get: handle scalar any -> any",
+                          "get: handle vector asciiString -> cell",
+                          "get: handle scalar asciiString any -> cell",
+                          "set: handle scalar -> struct",
+                          "set: handle scalar any any -> any",
+                          "set: handle vector asciiString any -> any",
+                          "getHeader: any -> unicodeString",
+                          "getPropertyGroups: any -> any",
+                          "methods: * any -> any hidden",
+                          "isprop: * any -> logical scalar hidden",
+                          "setappdata: * asciiString any -> hidden",
+                          "getappdata: * asciiString -> any hidden",
+                          "rmappdata: * asciiString -> hidden",
+                          "isappdata: * asciiString -> logical scalar hidden"};
 
-struct Population : ServerTest {
-    static hos::HOSClass* classOf(const Array& object) {
-        return hoGetArrayElement(object.get(), 0)->getClass();
-    }
-};
+using Population = ServerTest;
 
 TEST_F(Population, AddsBuiltinsThenMembersByDispidThenWhatTheKindOfClassHas) {
     const Array object = start<Shape>("Test.Shape");
     hos::HOSClass* owner = classOf(object);
-    auto expected = everyClass;
-    for (const char* name : {"get", "Item", "Later", "Test_Shape", "save", "load", "move", "send",
-                             "propedit", "interfaces"})
-        expected.push_back(name);
-    EXPECT_EQ(methodNames(owner), expected);
-    EXPECT_EQ(propertyNames(owner), (std::vector<std::string>{"Size", "release"}));
+    Lines expected = everyClass;
+    for (const char* line :
+         {"get: * ->", "Item: * int32 scalar -> int32 scalar", "Later: * ->",
+          "Test_Shape: asciiString unicodeString asciiString -> *", "save: * unicodeString ->",
+          "load: * unicodeString ->", "move: * double logical scalar -> double", "send: * -> any",
+          "propedit: * ->", "interfaces: * -> cell"})
+        expected.push_back(line);
+    EXPECT_EQ(methodsOf(owner), expected);
+    EXPECT_EQ(propertiesOf(owner), (Lines{"Size", "release"}));
 
     hos::Enumeration<hos::id> superclasses;
     EXPECT_EQ(namesOf(std::move(*owner->getSuperclassIDs(&superclasses))),
-              (std::vector<std::string>{"velmar.internal.axlink.COMInterfaceMethods",
-                                        "velmar.mixin.CustomDisplay"}));
+              (Lines{"velmar.internal.axlink.COMInterfaceMethods", "velmar.mixin.CustomDisplay"}));
     const auto* info = dynamic_cast<COMCoclassClassInfo*>(owner->getClassInfo());
     ASSERT_NE(info, nullptr);
-    EXPECT_EQ(info->sourceIID, kit::guid("3D1F0C11-7C0B-4C55-8B85-2C7F9E0AA003"));
-    EXPECT_EQ(info->classId, Shape::definition().parts().coclass.clsid);
+    EXPECT_EQ(info->sourceIID, guidOf("DShapeEvents"));
+    EXPECT_EQ(info->classId, Shape::clsid());
     EXPECT_EQ(info->server, nullptr);
     for (const bool answer :
          {info->classTrait1(), info->classTrait2(), info->classTrait3(), info->classTrait4(),
@@ -110,17 +123,11 @@ TEST_F(Population, AddsBuiltinsThenMembersByDispidThenWhatTheKindOfClassHas) {
 }
 
 TEST_F(Population, OfAServerWithoutTypeInformationStopsBehindTheBuiltins) {
-    const Array object = start<Bare>("Test.Bare");
-    EXPECT_EQ(methodNames(classOf(object)), everyClass);
-    EXPECT_TRUE(propertyNames(classOf(object)).empty());
-}
-
-TEST_F(Population, HappensOnceForAllObjectsOfAClass) {
-    const Array first = start<Shape>("Test.Once");
-    const std::size_t members = methodNames(classOf(first)).size();
-    const Array second = startRegistered("Test.Once");
+    const Array first = start<UntypedServer>("Test.Bare");
+    const Array second = startRegistered("Test.Bare");
     EXPECT_EQ(classOf(first), classOf(second));
-    EXPECT_EQ(methodNames(classOf(second)).size(), members);
+    EXPECT_EQ(methodsOf(classOf(second)), everyClass);
+    EXPECT_TRUE(propertiesOf(classOf(second)).empty());
 }
 
 TEST_F(Population, OfAnInterfaceClassGivesItItsOwnMembers) {
@@ -131,10 +138,10 @@ TEST_F(Population, OfAnInterfaceClassGivesItItsOwnMembers) {
     auto* info = new COMInterfaceClassInfo("Test_IShape", server.get());
     package->addClass(info, 0, 2);
     package->findClass(&handle, "Test_IShape", 0);
-    auto names = methodNames(hos::hosiToClass(handle));
-    EXPECT_EQ(std::vector<std::string>(names.end() - 2, names.end()),
-              (std::vector<std::string>{"saveobj", "loadobj"}));
-    EXPECT_EQ(std::count(names.begin(), names.end(), "save"), 0);
+    const Lines methods = methodsOf(hos::hosiToClass(handle));
+    EXPECT_EQ(Lines(methods.end() - 2, methods.end()),
+              (Lines{"saveobj: * -> any", "loadobj: * -> any"}));
+    EXPECT_EQ(methods.size(), everyClass.size() + 5); // and the server's three
     info->server = nullptr;
 }
 
@@ -149,6 +156,35 @@ TEST_F(Population, LetsTheHostShowAnObjectByItsClass) {
     EXPECT_TRUE(output.isNull());
     EXPECT_EQ(method(object, "getHeader")->getMemberAccess(), 1);
     EXPECT_TRUE(method(object, "getHeader")->doesMethodOverrideAllSignatures());
+}
+
+using BuiltinMembers = ServerTest;
+
+TEST_F(BuiltinMembers, ConstructAServerForAnObjectThatTheHostHasMade) {
+    const Array object = start<PlainServer>("Test.Thing");
+    hos::HOSInterfacePtr made;
+    classOf(object)->newInstance(&made);
+    const Array array(hoCreateHOSMatrix(1, 1, hoGetClassID(object.get())));
+    hoSetArrayElement(array.get(), 0, made);
+    const int before = kit::liveObjects();
+    const auto construct = [&](const char* word, const char16_t* machine, const char* wanted) {
+        const std::u16string name = machine;
+        hos::HOSValue inputs[] = {hos::HOSValue::ofPointer(word), hos::HOSValue::ofPointer(&name),
+                                  hos::HOSValue::ofPointer(wanted)};
+        hos::HOSValue output = hos::HOSValue::ofPointer(array.get());
+        std::uint32_t count = 1;
+        method(object, "Test_Thing")->invoke(nullptr, &count, &output, 3, inputs);
+    };
+    construct("Server", u"", "IDispatch");
+    construct("server", u"", "idispatch");
+    EXPECT_EQ(kit::liveObjects(), before);
+    EXPECT_EQ(errorOf([&] { construct("server", u"", "IUnknown"); }),
+              "VELMAR:COM:unsupported64bit");
+    EXPECT_EQ(errorOf([&] { construct("server", u"elsewhere", "IDispatch"); }),
+              "VELMAR:COM:servercreationfailed");
+    EXPECT_EQ(kit::liveObjects(), before);
+    construct("server", u"", "IDispatch");
+    EXPECT_EQ(kit::liveObjects(), before + 1);
 }
 
 } // namespace

@@ -13,8 +13,7 @@ using namespace axlink2::test;
 
 // One of everything that a description reads.
 std::unique_ptr<const kit::ClassDefinition> richDefinition() {
-    auto base =
-        Probe::Builder::interface_("IBase", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C05"));
+    auto base = Probe::Builder::interface_("IBase", guidOf("IBase"));
     base.raw({.name = "Base", .dispid = 30}, Probe::nothing);
     Probe::Builder builder = Probe::builder();
     builder.inherits(base)
@@ -28,7 +27,7 @@ std::unique_ptr<const kit::ClassDefinition> richDefinition() {
                          {"b", kit::userType("Other"), PARAMFLAG_FIN},
                          {"c", VT_I4, PARAMFLAG_FIN}}},
              Probe::nothing)
-        .source("DEvents", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C06"))
+        .source("DEvents", guidOf("DEvents"))
         .event("Tick", {{"Count", VT_I4}, {"Name", VT_BSTR}});
     return builder.build();
 }
@@ -43,7 +42,6 @@ struct FaultyTypeInformation : AliveCheck {
             const auto server = faultyServer(real.get(), plan);
             description = COMTypeDescription::ofServer(server.get());
         }
-        EXPECT_EQ(plan.alive, 0);
         EXPECT_EQ(plan.outstanding, 0);
         return description;
     }

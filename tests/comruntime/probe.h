@@ -2,7 +2,7 @@
 #pragma once
 
 #include "comruntime/type_description.h"
-#include "servers/kit/kit.h"
+#include "support/served.h"
 
 namespace axlink2::test {
 
@@ -11,10 +11,7 @@ class Probe : public kit::DispatchObject {
     using Builder = kit::ClassBuilder<Probe>;
     explicit Probe(const kit::ClassDefinition& definition) : DispatchObject(definition) {}
 
-    static Builder builder() {
-        return Builder("Probe", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C01"),
-                       kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C02"));
-    }
+    static Builder builder() { return Builder("Probe", guidOf("Probe"), guidOf("IProbe")); }
     static HRESULT nothing(Probe&, kit::Call&) { return S_OK; }
     VARIANT_BOOL flag = VARIANT_FALSE;
     LONG number = 0;

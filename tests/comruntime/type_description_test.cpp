@@ -170,8 +170,7 @@ TEST_F(TypeDescription, KeepsConstantsOfOtherWidthsThatFit) {
 }
 
 TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
-    auto base =
-        Probe::Builder::interface_("IBase", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C03"));
+    auto base = Probe::Builder::interface_("IBase", guidOf("IBase"));
     base.raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing);
     Probe::Builder builder = Probe::builder();
     builder.inherits(base)
@@ -198,8 +197,7 @@ TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
 
 // Only a dispinterface repeats what it inherits; the bases of others are walked.
 TEST_F(TypeDescription, TakesABasesSignatureUnderTheNameThatCameFirst) {
-    auto base =
-        Probe::Builder::interface_("IBase", kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C03"));
+    auto base = Probe::Builder::interface_("IBase", guidOf("IBase"));
     base.interfaceKind(TKIND_INTERFACE)
         .raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing)
         .raw({.name = "BaseOnly", .dispid = -7}, Probe::nothing)
@@ -218,7 +216,7 @@ TEST_F(TypeDescription, TakesABasesSignatureUnderTheNameThatCameFirst) {
 }
 
 TEST_F(TypeDescription, TakesEventsFromTheDefaultSourceOfTheFirstCoclassThatListsTheInterface) {
-    const IID source = kit::guid("6A1D5C6E-0B57-4E3A-9B62-0D1B5A2F7C04");
+    const IID source = guidOf("DProbeEvents");
     Probe::Builder builder = Probe::builder();
     builder.source("DProbeEvents", source)
         .event("Tick", {{"Count", VT_I4}, {"Last", pointerTo(VT_BOOL), in | out | retval}})

@@ -1,11 +1,11 @@
 // Random host values to a VARIANT and back: each comes back equal, or as the loss that is promised.
 #include "comruntime/system_message.h"
 #include "conversion/host_to_variant.h"
-#include "conversion/values.h"
 #include "conversion/variant_to_host.h"
 #include "host/text.h"
 #include "support/alive_check.h"
 #include "support/registered_module.h"
+#include "support/values.h"
 
 #include <bit>
 #include <cmath>
@@ -96,9 +96,9 @@ class Generator {
 
     Sample logical() {
         const auto extents = shape();
-        std::vector<int> bytes(extents[0] * extents[1]);
-        for (int& byte : bytes)
-            byte = static_cast<int>(below(2));
+        std::vector<BYTE> bytes(extents[0] * extents[1]);
+        for (BYTE& byte : bytes)
+            byte = below(2) != 0;
         Array array = logicals(extents, bytes);
         if (isSmallEmpty(array)) return {std::move(array), "double nan"};
         return unchanged(std::move(array));

@@ -1,11 +1,9 @@
 // What a server hands out on its way to the host: every VARTYPE, and arrays of them.
 #include "comruntime/system_message.h"
-#include "conversion/values.h"
 #include "conversion/variant_to_host.h"
 #include "support/alive_check.h"
 #include "support/registered_module.h"
-
-#include <bit>
+#include "support/values.h"
 
 namespace {
 
@@ -30,29 +28,6 @@ std::string received(VARIANT* v, bool warn = true) {
 }
 std::string received(ScopedVariant v, bool warn = true) { return received(v.inOut(), warn); }
 
-ScopedVariant variant(VARTYPE vt, LONGLONG payload = 0) {
-    ScopedVariant v;
-    v->vt = vt;
-    v->llVal = payload;
-    return v;
-}
-ScopedVariant real(double value, VARTYPE vt = VT_R8) {
-    return variant(vt, std::bit_cast<LONGLONG>(value));
-}
-ScopedVariant bstr(platform::OleView text) {
-    ScopedVariant v;
-    v->bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    v->vt = VT_BSTR;
-    return v;
-}
-ScopedVariant decimal(ULONG value) {
-    ScopedVariant v;
-    v->decVal = {};
-    v->decVal.Lo64 = value;
-    v->vt = VT_DECIMAL;
-    return v;
-}
-
 struct VariantToHost : AliveCheck {};
 
 TEST_F(VariantToHost, EveryScalarTypeHasItsClass) {
@@ -67,14 +42,14 @@ TEST_F(VariantToHost, EveryScalarTypeHasItsClass) {
         {variant(VT_I2, -2), "1: int16 -2"},
         {variant(VT_I4, -2), "1: int32 -2"},
         {variant(VT_INT, -2), "1: int32 -2"},
-        {variant(VT_R4, std::bit_cast<std::int32_t>(0.5F)), "1: single 0.5"},
+        {single(0.5F), "1: single 0.5"},
         {real(0.1), "1: double 0.1"},
         {variant(VT_CY, 12345), "1: double 1.2345"},
         {variant(VT_HRESULT, E_FAIL), "1: double -2147467259"},
         {real(37623.5, VT_DATE), "1: '1/2/2003 12:00:00 PM'"},
         {decimal(42), "1: '42'"},
         {bstr(OLESTR("ab")), "1: 'ab'"},
-        {bstr(platform::OleView(OLESTR("a\0b"), 3)), "1: 'a'"},
+        {bstr({OLESTR("a\0b"), 3}), "1: 'a'"},
         {variant(VT_BSTR), "1: char 0x0 ''"},
         {variant(VT_ERROR, E_FAIL), "1: " + described(error)},
         {variant(VT_BOOL, 0xFFFF), "1: logical 1"},
@@ -145,35 +120,33 @@ TEST_F(VariantToHost, FailuresAreNaNsWithTheirReasonAndOnRequestSilent) {
     EXPECT_EQ(untouched, kept.get());
 }
 
-struct ElementRow {
-    VARTYPE vt;
-    std::size_t size;
-    const char* className;
-};
-
 TEST_F(VariantToHost, NumericArraysKeepTheirClassAndOrder) {
-    const ElementRow rows[] = {
-        {VT_I1, 1, "int8"},  {VT_UI1, 1, "uint8"},  {VT_I2, 2, "int16"},   {VT_UI2, 2, "uint16"},
-        {VT_I4, 4, "int32"}, {VT_INT, 4, "int32"},  {VT_UI4, 4, "uint32"}, {VT_UINT, 4, "uint32"},
-        {VT_I8, 8, "int64"}, {VT_UI8, 8, "uint64"},
+    const struct {
+        VARTYPE vt;
+        const char* className;
+    } rows[] = {
+        {VT_I1, "int8"},  {VT_UI1, "uint8"},  {VT_I2, "int16"},   {VT_UI2, "uint16"},
+        {VT_I4, "int32"}, {VT_INT, "int32"},  {VT_UI4, "uint32"}, {VT_UINT, "uint32"},
+        {VT_I8, "int64"}, {VT_UI8, "uint64"},
     };
-    for (const ElementRow& row : rows) {
-        std::vector<char> data(6 * row.size);
-        for (std::size_t i = 0; i < 6; ++i)
-            data[i * row.size] = static_cast<char>(i + 1);
-        const std::string name = row.className;
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{2}, {3}}, data.data()))),
-                  "1: " + name + " 2x3 [1 2 3 4 5 6]");
+    for (const auto& [vt, className] : rows) {
+        const auto expect = [vt = vt, name = std::string(className)](
+                                const std::vector<Bound>& bounds, const std::string& elements) {
+            ScopedSafeArray array = safeArray(vt, bounds);
+            ULONG count = 1;
+            for (const Bound& bound : bounds)
+                count *= bound.count;
+            for (ULONG i = 0; i < count; ++i)
+                static_cast<char*>(array->pvData)[i * array->cbElements] = static_cast<char>(i + 1);
+            EXPECT_EQ(received(variantOf(vt, std::move(array))), "1: " + name + elements);
+        };
+        expect({{2}, {3}}, " 2x3 [1 2 3 4 5 6]");
         // One dimension is a row, whatever its bounds.
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{3, -1}}, data.data()))),
-                  "1: " + name + " 1x3 [1 2 3]");
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{2, 5}, {2, 1}}, data.data()))),
-                  "1: " + name + " 2x2 [1 2 3 4]");
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{0}, {3}}))),
-                  "1: " + name + " 0x3 []");
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{1}}, data.data()))),
-                  "1: " + name + " 1");
-        EXPECT_EQ(received(variantOf(row.vt, safeArray(row.vt, {{2}, {2}, {2}}))),
+        expect({{3, -1}}, " 1x3 [1 2 3]");
+        expect({{2, 5}, {2, 1}}, " 2x2 [1 2 3 4]");
+        expect({{0}, {3}}, " 0x3 []");
+        expect({{1}}, " 1");
+        EXPECT_EQ(received(variantOf(vt, safeArray(vt, {{2}, {2}, {2}}))),
                   "0: " + nan + " [" + noArray + "]");
     }
     const double doubles[] = {1, 0.5};
@@ -278,41 +251,30 @@ TEST_F(VariantToHost, LockedArraysAreReadAndStayLocked) {
 TEST_F(VariantToHost, ArraysThatLieAboutThemselvesAreNotRead) {
     const std::string refused = "0: " + nan + " [" + noArray + "]";
     const std::string refusedCell = "1: " + nan + " [" + noArray + "]";
-    const auto lie = [](VARTYPE vt, auto change) {
+    // An array of 2-by-2 with another element size, pointer to the data or extents.
+    const auto lie = [](VARTYPE vt, ULONG size, bool hasData, ULONG rows, ULONG columns) {
         ScopedVariant v = variantOf(vt, safeArray(vt, {{2}, {2}}));
-        const auto undo = std::make_pair(v->parray->cbElements, v->parray->rgsabound[0].cElements);
-        void* const data = v->parray->pvData;
-        change(*v->parray);
+        SAFEARRAY& array = *v->parray;
+        const ULONG oldSize = std::exchange(array.cbElements, size ? size : array.cbElements);
+        void* const data = std::exchange(array.pvData, hasData ? array.pvData : nullptr);
+        array.rgsabound[1].cElements = rows;
+        array.rgsabound[0].cElements = columns;
         const std::string result = received(v.inOut());
-        v->parray->pvData = data;
-        v->parray->cbElements = undo.first;
-        v->parray->rgsabound[0].cElements = undo.second;
-        v->parray->rgsabound[1].cElements = 2;
+        array.pvData = data;
+        array.cbElements = oldSize;
+        array.rgsabound[0].cElements = array.rgsabound[1].cElements = 2;
         return result;
     };
-    const auto noData = [](SAFEARRAY& array) { array.pvData = nullptr; };
-    const auto smallElements = [](SAFEARRAY& array) { array.cbElements = 1; };
-    const auto huge = [](SAFEARRAY& array) {
-        array.pvData = nullptr;
-        array.rgsabound[0].cElements = array.rgsabound[1].cElements = 0x7FFFFFFF;
-    };
-    const auto negative = [](SAFEARRAY& array) { array.rgsabound[0].cElements = 0xFFFFFFFF; };
-    const auto hugeWithData = [](SAFEARRAY& array) {
-        array.rgsabound[0].cElements = array.rgsabound[1].cElements = 0x7FFFFFFF;
-    };
-    EXPECT_EQ(lie(VT_VARIANT, hugeWithData),
+    constexpr ULONG huge = 0x7FFFFFFF;
+    EXPECT_EQ(lie(VT_VARIANT, 0, true, huge, huge),
               "1: " + nan + " [VELMAR:COM:hxCreateCellArray_Failed]");
-    for (const VARTYPE vt : {VT_R8, VT_BOOL}) {
-        EXPECT_EQ(lie(vt, noData), refused);
-        EXPECT_EQ(lie(vt, smallElements), refused);
-        EXPECT_EQ(lie(vt, huge), refused);
-        EXPECT_EQ(lie(vt, negative), refused);
-    }
-    for (const VARTYPE vt : {VT_BSTR, VT_VARIANT, VT_DISPATCH}) {
-        EXPECT_EQ(lie(vt, noData), refusedCell);
-        EXPECT_EQ(lie(vt, smallElements), refusedCell);
-        EXPECT_EQ(lie(vt, huge), refusedCell);
-        EXPECT_EQ(lie(vt, negative), "1: cell 2x0 {}");
+    for (const VARTYPE vt : {VT_R8, VT_BOOL, VT_BSTR, VT_VARIANT, VT_DISPATCH}) {
+        const bool isCell = vt != VT_R8 && vt != VT_BOOL;
+        const std::string& answer = isCell ? refusedCell : refused;
+        EXPECT_EQ(lie(vt, 0, false, 2, 2), answer);
+        EXPECT_EQ(lie(vt, 1, true, 2, 2), answer);
+        EXPECT_EQ(lie(vt, 0, false, huge, huge), answer);
+        EXPECT_EQ(lie(vt, 0, true, 2, 0xFFFFFFFF), isCell ? "1: cell 2x0 {}" : refused);
     }
     // The VARIANT says VARIANTs, the array holds numbers.
     ScopedVariant numbers = variantOf(VT_VARIANT, safeArray(VT_I4, {{2}}));

@@ -1,11 +1,11 @@
 // The host's types "Variant" and "SafeArray(...)", and the converters whose values they are.
 #include "comruntime/interned.h"
 #include "conversion/array_converters.h"
-#include "conversion/values.h"
 #include "conversion/variant_instance.h"
 #include "support/alive_check.h"
 #include "support/errors.h"
 #include "support/registered_module.h"
+#include "support/values.h"
 
 #include <limits>
 
@@ -74,7 +74,7 @@ TEST_F(VariantTypes, TakeAnyArray) {
         std::string expected;
     };
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    const auto two = [] { return cell({1, 2}, text("a"), text("b")); };
+    const auto two = [] { return cell(text("a"), text("b")); };
     const Row rows[] = {
         {any(), Array(), "ERROR 80020004"},
         {any(), doubles({0, 0}, {}), "ERROR 80020004"},
@@ -125,7 +125,7 @@ TEST_F(VariantTypes, ClonesAreValuesOfTheirOwnThatShareWhatTheyReferTo) {
 }
 
 TEST_F(VariantTypes, GiveAnArrayBackToTheHost) {
-    const Array value = cell({1, 2}, scalar(1), text("a"));
+    const Array value = cell(scalar(1), text("a"));
     EXPECT_EQ(described(Value(any(), value.get()).toHost()), "cell 1x2 {double 1, 'a'}");
     Warnings warnings;
     EXPECT_EQ(Value(typeOf(any()), {}).toHost(), nullptr);

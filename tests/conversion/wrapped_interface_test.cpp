@@ -1,6 +1,4 @@
 // Interfaces that a server hands out: their classes, their references, their place in the tree.
-#include "classmodel/instance_record.h"
-#include "conversion/values.h"
 #include "conversion/variant_to_host.h"
 #include "conversion/wrapped_interface.h"
 #include "support/registry_keys.h"
@@ -52,29 +50,13 @@ class Leaf : public kit::DispatchObject {
     HRESULT typeInfoResult = S_OK;
 };
 
-// An interface that isn't IDispatch.
-class Closed final : public Leaf {
+class Owner : public Served<Owner> {
   public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (iid != IID_IDispatch) return Leaf::QueryInterface(iid, object);
-        *object = nullptr;
-        return E_NOINTERFACE;
+    static constexpr const char* className = "Owner";
+    static void declare(Builder& builder) { builder.property("Any", &Owner::anything); }
+    platform::ScopedVariant anything() {
+        return kit::toVariant(ComPtr<IDispatch>(kit::createDispatch<Leaf>()));
     }
-};
-
-class Owner : public kit::DispatchObject {
-  public:
-    Owner() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Owner>("Owner", kit::guid("5A0E4F61-6D4C-4E0B-8C41-0A1B6C3D0301"),
-                                     kit::guid("5A0E4F61-6D4C-4E0B-8C41-0A1B6C3D0302"))
-                .property("Any", &Owner::anything)
-                .build();
-        return *made;
-    }
-    ComPtr<IDispatch> leaf() { return kit::createDispatch<Leaf>(); }
-    platform::ScopedVariant anything() { return kit::toVariant(leaf()); }
 };
 
 VARIANT interfaceIn(IUnknown* object, VARTYPE vt = VT_DISPATCH) {
@@ -83,8 +65,6 @@ VARIANT interfaceIn(IUnknown* object, VARTYPE vt = VT_DISPATCH) {
     v.punkVal = object;
     return v;
 }
-
-std::string classOf(const Array& object) { return hxGetClassName(object.get()); }
 
 const std::string leafClass = "Interface.5A0E4F61_6D4C_4E0B_8C41_0A1B6C3D0202";
 
@@ -103,11 +83,10 @@ TEST_F(WrappedInterface, TakesTheReferenceOverAndIsOfTheClassOfItsIid) {
         const Array first = wrap(leaf.get());
         const Array second = wrap(leaf.get(), {}, VT_UNKNOWN);
         EXPECT_EQ(leaf->references(), 3u);
-        EXPECT_EQ(classOf(first), leafClass);
-        EXPECT_EQ(classOf(second), leafClass);
-        EXPECT_EQ(hoGetArrayElement(first.get(), 0)->getClass(),
-                  hoGetArrayElement(second.get(), 0)->getClass());
-        EXPECT_NE(hoGetArrayElement(first.get(), 0), hoGetArrayElement(second.get(), 0));
+        EXPECT_EQ(described(first), leafClass);
+        EXPECT_EQ(described(second), leafClass);
+        EXPECT_EQ(classOf(first), classOf(second));
+        EXPECT_NE(handle(first), handle(second));
         EXPECT_EQ(number(call(first, "Number", 1)[0].get()), 7);
     }
     EXPECT_EQ(leaf->references(), 1u);
@@ -116,26 +95,24 @@ TEST_F(WrappedInterface, TakesTheReferenceOverAndIsOfTheClassOfItsIid) {
 TEST_F(WrappedInterface, NothingComesOfNullAndOfWhatIsNoDispatch) {
     EXPECT_EQ(wrap(nullptr), nullptr);
     EXPECT_EQ(wrap(nullptr, {}, VT_UNKNOWN), nullptr);
-    const auto closed = kit::create<Closed>();
+    const auto closed = kit::create<ClosedServer>();
     EXPECT_EQ(wrap(closed.get(), {}, VT_UNKNOWN), nullptr);
     EXPECT_EQ(closed->references(), 1u);
 }
 
 TEST_F(WrappedInterface, WithoutTypeInformationItsClassIsThatOfOwnerAndMember) {
     const Array owner = start<Owner>("Test.WrapOwner");
-    const hos::HOSInterfacePtr handle = hoGetArrayElement(owner.get(), 0);
-    const std::string byOwner =
-        std::string("Interface.") + handle->getClass()->getName() + "_Member";
+    const std::string byOwner = std::string("Interface.") + classOf(owner)->getName() + "_Member";
     const auto leaf = kit::create<Leaf>();
     leaf->typeInfos = 0;
-    EXPECT_EQ(classOf(wrap(leaf.get())), "Interface.Member");
-    EXPECT_EQ(classOf(wrap(leaf.get(), handle)), byOwner);
+    EXPECT_EQ(described(wrap(leaf.get())), "Interface.Member");
+    EXPECT_EQ(described(wrap(leaf.get(), handle(owner))), byOwner);
     leaf->typeInfos = 2;
-    EXPECT_EQ(classOf(wrap(leaf.get(), handle)), byOwner);
+    EXPECT_EQ(described(wrap(leaf.get(), handle(owner))), byOwner);
     leaf->typeInfos = 1;
     for (const HRESULT result : {E_FAIL, S_FALSE}) { // S_FALSE: no object, and no failure
         leaf->typeInfoResult = result;
-        EXPECT_EQ(classOf(wrap(leaf.get(), handle)), byOwner);
+        EXPECT_EQ(described(wrap(leaf.get(), handle(owner))), byOwner);
     }
     EXPECT_EQ(leaf->references(), 1u);
 }
@@ -145,7 +122,7 @@ TEST_F(WrappedInterface, ABusyServerGetsASecond) {
     const auto asked = [&] {
         leaf->asked = 0;
         const auto began = std::chrono::steady_clock::now();
-        const std::string name = classOf(wrap(leaf.get()));
+        const std::string name = described(wrap(leaf.get()));
         const auto took = std::chrono::steady_clock::now() - began;
         EXPECT_GE(took, std::chrono::milliseconds(50) * std::min(leaf->asked - 1, 20));
         return name;
@@ -191,8 +168,8 @@ TEST_F(WrappedInterface, ObjectsInVariantsAndArraysHaveReferencesOfTheirOwn) {
 TEST_F(WrappedInterface, IsOnItsOwnWhenItCameFromAnUntypedMember) {
     const Array owner = start<Owner>("Test.WrapOwner");
     const Array free = std::move(call(owner, "Any", 1)[0]);
-    EXPECT_EQ(classOf(free), leafClass);
-    EXPECT_TRUE(recordOf(hoGetArrayElement(free.get(), 0))->parents.empty());
+    EXPECT_EQ(described(free), leafClass);
+    EXPECT_TRUE(record(free).parents.empty());
 }
 
 TEST_F(WrappedInterface, IsNamedByItsRegisteredNamesOrElseByItsIid) {

@@ -1,6 +1,4 @@
 // Calls of members by their names: the traffic, the result, and what goes wrong.
-#include "classmodel/instance_record.h"
-#include "conversion/values.h"
 #include "dispatch/call_by_name.h"
 #include "support/server_fixture.h"
 
@@ -11,34 +9,28 @@ using namespace axlink2::test;
 using hos::HOSValue;
 using test::Array;
 
-class Named : public kit::DispatchObject {
+class Named : public Served<Named> {
   public:
-    Named() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<Named>("Named", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E021"),
-                                     kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E022"))
-                .method("Join", &Named::join, {"a", "b"})
-                .hidden()
-                .method("Nothing", &Named::nothing)
-                .method("Self", &Named::self)
-                .method("Fail", &Named::fail)
-                .method("\u00DCber", &Named::nothing)
-                .property("Item", &Named::item, &Named::setItem, {"index"})
-                .raw({.name = "Garbage"},
-                     [](Named&, kit::Call& call) {
-                         call.result->vt = VT_BSTR;
-                         call.result->bstrVal = reinterpret_cast<BSTR>(0x10);
-                         return E_FAIL;
-                     })
-                .raw({.name = "Crash"}, [](Named&, kit::Call&) -> HRESULT { throw 1; })
-                .raw({.name = "Odd"},
-                     [](Named&, kit::Call& call) {
-                         call.result->vt = VT_VOID;
-                         return S_FALSE;
-                     })
-                .build();
-        return *made;
+    static constexpr const char* className = "Named";
+    static void declare(Builder& builder) {
+        builder.method("Join", &Named::join, {"a", "b"})
+            .hidden()
+            .method("Nothing", &Named::nothing)
+            .method("Self", &Named::self)
+            .method("Fail", &Named::fail)
+            .method("\u00DCber", &Named::nothing)
+            .property("Item", &Named::item, &Named::setItem, {"index"})
+            .raw({.name = "Garbage"},
+                 [](Named&, kit::Call& call) {
+                     call.result->vt = VT_BSTR;
+                     call.result->bstrVal = reinterpret_cast<BSTR>(0x10);
+                     return E_FAIL;
+                 })
+            .raw({.name = "Crash"}, [](Named&, kit::Call&) -> HRESULT { throw 1; })
+            .raw({.name = "Odd"}, [](Named&, kit::Call& call) {
+                call.result->vt = VT_VOID;
+                return S_FALSE;
+            });
     }
     platform::OleString join(platform::OleView a, kit::Optional<platform::OleView> b) {
         return platform::OleString(a) += b.value_or(OLESTR("-"));
@@ -60,7 +52,7 @@ struct CallByName : ServerTest {
         std::vector<HOSValue> values;
         for (const hxArray* input : inputs)
             values.push_back(HOSValue::ofPointer(input));
-        callByName(hoGetArrayElement(object.get(), 0), name, flags, &outputs, results,
+        callByName(handle(object), name, flags, &outputs, results,
                    static_cast<std::int32_t>(values.size()), values.data());
         return Array(results[0].array());
     }
@@ -84,32 +76,29 @@ struct CallByName : ServerTest {
 TEST_F(CallByName, SendsUntypedArgumentsLastFirst) {
     const Array a = text("a");
     const Array three = numeric<LONG>(hxINT32_CLASS, {1, 1}, {3});
-    const Array pair = cell({1, 2}, scalar(1), text("b"));
+    const Array pair = cell(scalar(1), text("b"));
     const Array missing = doubles({0, 0}, {});
+    constexpr WORD method = DISPATCH_METHOD;
+    constexpr WORD put = DISPATCH_PROPERTYPUT;
     struct Row {
         const char* name;
         WORD flags;
         std::vector<const hxArray*> inputs;
         std::string traffic;
-        std::string result;
+        std::string result = "double nan";
     };
     const Row rows[] = {
-        {"Nothing", DISPATCH_METHOD, {}, "1", "double nan"},
-        {"nothing", DISPATCH_METHOD, {}, "1", "double nan"},
-        {"\u00DCber", DISPATCH_METHOD, {}, "1", "double nan"},
-        {"Join", DISPATCH_METHOD, {a.get(), a.get()}, "1, BSTR 'a', BSTR 'a'", "'aa'"},
-        {"Join", DISPATCH_METHOD, {a.get(), missing.get()}, "1, ERROR 80020004, BSTR 'a'", "'a-'"},
+        {"Nothing", method, {}, "1"},
+        {"nothing", method, {}, "1"},
+        {"\u00DCber", method, {}, "1"},
+        {"Join", method, {a.get(), a.get()}, "1, BSTR 'a', BSTR 'a'", "'aa'"},
+        {"Join", method, {a.get(), missing.get()}, "1, ERROR 80020004, BSTR 'a'", "'a-'"},
         {"Item", DISPATCH_PROPERTYGET, {three.get()}, "2, I4 3", "double 30"},
+        {"Item", put, {three.get(), a.get()}, "4, BSTR 'a', I4 3, named -3"},
         {"Item",
-         DISPATCH_PROPERTYPUT,
-         {three.get(), a.get()},
-         "4, BSTR 'a', I4 3, named -3",
-         "double nan"},
-        {"Item",
-         DISPATCH_PROPERTYPUT,
+         put,
          {three.get(), pair.get()},
-         "4, VARIANT[1,2] (R8 1) (BSTR 'b'), I4 3, named -3",
-         "double nan"},
+         "4, VARIANT[1,2] (R8 1) (BSTR 'b'), I4 3, named -3"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -132,8 +121,7 @@ TEST_F(CallByName, DeliversOneOutput) {
 
 TEST_F(CallByName, AnInterfaceBelongsToTheObjectsTree) {
     const Array self = named("Self", DISPATCH_METHOD);
-    const COMInstanceRecord& record = *recordOf(hoGetArrayElement(object.get(), 0));
-    EXPECT_EQ(recordOf(record.children[0].object), recordOf(hoGetArrayElement(self.get(), 0)));
+    EXPECT_EQ(recordOf(record(object).children[0].object), &record(self));
 }
 
 TEST_F(CallByName, ReportsWhatFails) {
@@ -158,10 +146,10 @@ TEST_F(CallByName, ReportsWhatFails) {
 }
 
 TEST_F(CallByName, NeedsAServer) {
-    COMInstanceRecord& record = *recordOf(hoGetArrayElement(object.get(), 0));
-    const auto server = platform::ComPtr<IDispatch>::adopt(std::exchange(record.dispatch, nullptr));
+    const auto server =
+        platform::ComPtr<IDispatch>::adopt(std::exchange(record(object).dispatch, nullptr));
     EXPECT_EQ(errorOf([&] { named("Nothing", DISPATCH_METHOD); }), "VELMAR:COM:invalidmethodname");
-    hoGetArrayElement(object.get(), 0)->destroy(hos::HOSGetPublicClient());
+    destroy(object);
     const auto gone = describedErrorOf([&] { named("Nothing", DISPATCH_METHOD); });
     EXPECT_EQ(gone.identifier, "VELMAR:UndefinedFunction");
     EXPECT_NE(gone.text.find("invoke"), std::string::npos);

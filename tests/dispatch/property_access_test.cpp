@@ -1,5 +1,4 @@
 // Property reads and writes, from the language and through the member itself.
-#include "classmodel/instance_record.h"
 #include "dispatch/property_info.h"
 #include "host/text.h"
 #include "support/server_fixture.h"
@@ -11,45 +10,17 @@ using namespace axlink2::test;
 using hos::HOSValue;
 using platform::OleString;
 
-class Properties : public kit::DispatchObject {
+class Properties : public Served<Properties> {
   public:
-    Properties() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition();
-
-    OleString name() { return name_; }
-    void setName(OleString name) { name_ = std::move(name); }
-    LONG width() { return width_; }
-    void setWidth(LONG width) { width_ = width; }
-    LONG count() { return 7; }
-    IDispatch* child() { return nullptr; }
-    void setChild(IDispatch*) {}
-    void setBoth(IDispatch*) {}
-    std::vector<platform::ScopedVariant> parts() { return {}; }
-    void setParts(std::vector<platform::ScopedVariant> parts) { given = parts.size(); }
-    kit::ErrorCode error() { return {E_FAIL}; }
-    double bad() { throw kit::ServerError{.description = OLESTR("Not now."), .wCode = 12}; }
-
-    LONG tag = 1;
-    LONG kind = 2;
-    std::size_t given = 0;
-
-  private:
-    OleString name_ = OLESTR("first");
-    LONG width_ = 10;
-};
-
-const kit::ClassDefinition& Properties::definition() {
-    static const auto made =
-        kit::ClassBuilder<Properties>("Properties",
-                                      kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E011"),
-                                      kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E012"))
-            .property("Name", &Properties::name, &Properties::setName)
+    static constexpr const char* className = "Properties";
+    static void declare(Builder& builder) {
+        builder.property("Name", &Properties::name, &Properties::setName)
             .property("Width", &Properties::width, &Properties::setWidth)
             .property("Count", &Properties::count)
             .property("Child", &Properties::child)
             .putRef("Child", &Properties::setChild)
-            .property("Both", &Properties::child, &Properties::setBoth)
-            .putRef("Both", &Properties::setBoth)
+            .property("Both", &Properties::child, &Properties::setChild)
+            .putRef("Both", &Properties::setChild)
             .property("Parts", &Properties::parts, &Properties::setParts)
             .property("Error", &Properties::error)
             .declare(VT_R8)
@@ -64,18 +35,42 @@ const kit::ClassDefinition& Properties::definition() {
                      return S_OK;
                  })
             .raw({.name = "Crash", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
-                 [](Properties&, kit::Call&) -> HRESULT { throw 1; })
-            .build();
-    return *made;
-}
+                 [](Properties&, kit::Call&) -> HRESULT { throw 1; });
+    }
+
+    OleString name() { return name_; }
+    void setName(OleString name) { name_ = std::move(name); }
+    LONG width() { return width_; }
+    void setWidth(LONG width) { width_ = width; }
+    LONG count() { return 7; }
+    IDispatch* child() { return nullptr; }
+    void setChild(IDispatch*) {}
+    std::vector<platform::ScopedVariant> parts() { return {}; }
+    void setParts(std::vector<platform::ScopedVariant> parts) { given = parts.size(); }
+    kit::ErrorCode error() { return {E_FAIL}; }
+    double bad() { throw kit::ServerError{.description = OLESTR("Not now."), .wCode = 12}; }
+
+    LONG tag = 1;
+    LONG kind = 2;
+    std::size_t given = 0;
+
+  private:
+    OleString name_ = OLESTR("first");
+    LONG width_ = 10;
+};
 
 struct PropertyAccess : ServerTest {
     Array object = start<Properties>("Test.Properties");
     kit::CallLog log;
 
     Array read(const char* name) { return Array(hxGetPropertyShared(object.get(), 0, name)); }
-    void write(const char* name, const hxArray* value) {
-        hxSetProperty(object.get(), 0, name, value);
+    void write(const char* name, const Array& value) {
+        hxSetProperty(object.get(), 0, name, value.get());
+    }
+    static hos::HOSPropInfo* property(const Array& object, const char* name) {
+        hos::HOSInterfacePtr found;
+        classOf(object)->findClassProperty(&found, internedId(name));
+        return hos::hosiToProp(found);
     }
 };
 
@@ -119,28 +114,25 @@ TEST_F(PropertyAccess, ReadsWithOneGetWithoutArguments) {
 }
 
 TEST_F(PropertyAccess, WritesWithTheNamedArgumentAndNoResult) {
-    const Array value = scalar(2.5);
-    write("Width", value.get());
+    write("Width", scalar(2.5));
     ASSERT_EQ(log.calls().size(), 1u);
     const kit::LoggedCall& call = log.calls()[0];
     EXPECT_EQ(call.flags, DISPATCH_PROPERTYPUT);
     EXPECT_EQ(call.named, std::vector<DISPID>{DISPID_PROPERTYPUT});
     ASSERT_EQ(call.arguments.size(), 1u);
-    EXPECT_EQ(call.arguments[0].vt, VT_I4);
-    EXPECT_EQ(call.arguments[0].value->lVal, 3);
+    EXPECT_EQ(described(call.arguments[0].value.get()), "I4 3");
     EXPECT_FALSE(call.wantsResult);
     EXPECT_EQ(number(read("Width").get()), 3.0);
 
-    const Array text(hxCreateString("\u00E4"));
-    write("Name", text.get());
+    write("Name", text("\u00E4"));
     EXPECT_EQ(velmar::displayText(read("Name").get()), "\u00E4\n");
-    write("Tag", value.get());
+    write("Tag", scalar(2.5));
     EXPECT_EQ(number(read("Tag").get()), 3.0);
 }
 
 TEST_F(PropertyAccess, PutsByReferenceOnlyWhereThereIsNoPlainPut) {
-    write("Child", object.get());
-    write("Both", object.get());
+    write("Child", object);
+    write("Both", object);
     ASSERT_EQ(log.calls().size(), 2u);
     EXPECT_EQ(log.calls()[0].flags, DISPATCH_PROPERTYPUTREF);
     EXPECT_EQ(log.calls()[1].flags, DISPATCH_PROPERTYPUT);
@@ -148,31 +140,30 @@ TEST_F(PropertyAccess, PutsByReferenceOnlyWhereThereIsNoPlainPut) {
 }
 
 TEST_F(PropertyAccess, AnArrayOfObjectsIsPutAndLetGo) {
-    const Array parts(hxCreateCellMatrix(1, 2));
-    hxSetCell(parts.get(), 0, hxCreateSharedDataCopy(object.get()));
-    hxSetCell(parts.get(), 1, hxCreateDoubleScalar(1));
-    write("Parts", parts.get());
-    const auto& server =
-        static_cast<const Properties&>(*recordOf(hoGetArrayElement(object.get(), 0))->dispatch);
+    write("Parts", cell(Array(hxCreateSharedDataCopy(object.get())), scalar(1)));
+    const auto& server = static_cast<const Properties&>(*record(object).dispatch);
     EXPECT_EQ(server.given, 2u);
     log.clear(); // which holds copies of the arguments
     EXPECT_EQ(server.references(), 1u);
 }
 
-TEST_F(PropertyAccess, IsRefusedByTheHostWhereTheServerHasNoSuchHalf) {
-    const Array value = scalar(1);
-    EXPECT_NE(errorOf([&] { write("Count", value.get()); }), "");
-    EXPECT_NE(errorOf([&] { write("Kind", value.get()); }), "");
+TEST_F(PropertyAccess, IsRefusedWhereTheServerHasNoSuchHalfOrTheObjectIsDeleted) {
+    EXPECT_NE(errorOf([&] { write("Count", scalar(1)); }), "");
+    EXPECT_NE(errorOf([&] { write("Kind", scalar(1)); }), "");
+    EXPECT_NE(errorOf([&] { write("Width", text("no number")); }), "");
     EXPECT_TRUE(log.calls().empty());
     // The member itself leaves the refusal to the server.
-    const hos::HOSInterfacePtr handle = hoGetArrayElement(object.get(), 0);
-    const auto setDirectly = [&](const char* name) {
-        property(object, name)->setValue(handle, HOSValue::ofDouble(1));
+    const auto setCount = [&] {
+        property(object, "Count")->setValue(handle(object), HOSValue::ofDouble(1));
     };
-    EXPECT_EQ(errorOf([&] { setDirectly("Count"); }), "VELMAR:COM:E2147614723");
+    EXPECT_EQ(errorOf(setCount), "VELMAR:COM:E2147614723");
     ASSERT_EQ(log.calls().size(), 1u);
     EXPECT_EQ(log.calls()[0].flags, DISPATCH_PROPERTYPUTREF);
-    EXPECT_EQ(log.calls().size(), 1u);
+    log.clear();
+    destroy(object);
+    EXPECT_NE(errorOf([&] { read("Width"); }), "");
+    EXPECT_NE(errorOf([&] { write("Width", scalar(1)); }), "");
+    EXPECT_TRUE(log.calls().empty());
 }
 
 TEST_F(PropertyAccess, ReportsAnErrorAlsoWhenTheServerGivesItAsTheValue) {
@@ -182,47 +173,28 @@ TEST_F(PropertyAccess, ReportsAnErrorAlsoWhenTheServerGivesItAsTheValue) {
     const auto error = describedErrorOf([&] { read("Bad"); });
     EXPECT_EQ(error.identifier, "VELMAR:COM:E12");
     EXPECT_NE(error.text.find("Not now."), std::string::npos);
-    const Array notANumber(hxCreateString("text"));
-    log.clear();
-    EXPECT_NE(errorOf([&] { write("Width", notANumber.get()); }), "");
-    EXPECT_TRUE(log.calls().empty());
-}
-
-TEST_F(PropertyAccess, OfADeletedObjectIsAnError) {
-    hoGetArrayElement(object.get(), 0)->destroy(hos::HOSGetPublicClient());
-    const Array value = scalar(1);
-    EXPECT_NE(errorOf([&] { read("Width"); }), "");
-    EXPECT_NE(errorOf([&] { write("Width", value.get()); }), "");
-    EXPECT_TRUE(log.calls().empty());
 }
 
 // A put that doesn't even declare its value; type libraries of other makers don't hold such a one.
-class PutOnly : public kit::DispatchObject {
+class PutOnly : public Served<PutOnly> {
   public:
-    PutOnly() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made =
-            kit::ClassBuilder<PutOnly>("PutOnly", kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E031"),
-                                       kit::guid("0B2C5C39-5F0A-4B0E-9B4D-65C9A0D7E032"))
-                .raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
-                     [](PutOnly&, kit::Call&) { return S_OK; })
-                .build();
-        return *made;
+    static constexpr const char* className = "PutOnly";
+    static void declare(Builder& builder) {
+        builder.raw({.name = "Untyped", .kind = INVOKE_PROPERTYPUT},
+                    [](PutOnly&, kit::Call&) { return S_OK; });
     }
 };
 
-struct UntypedProperty : ServerTest {};
+using UntypedProperty = PropertyAccess;
 
 TEST_F(UntypedProperty, IsRefusedBeforeTheServerHearsOfIt) {
-    const Array object = start<PutOnly>("Test.PutOnly");
-    const hos::HOSInterfacePtr handle = hoGetArrayElement(object.get(), 0);
+    object = start<PutOnly>("Test.PutOnly");
     hos::HOSPropInfo* untyped = property(object, "Untyped");
     ASSERT_NE(untyped, nullptr);
     EXPECT_EQ(untyped->getGetAccess(), 2);
     EXPECT_EQ(untyped->getSetAccess(), 0);
-    const kit::CallLog log;
-    EXPECT_NE(errorOf([&] { Array(hxGetPropertyShared(object.get(), 0, "Untyped")); }), "");
-    EXPECT_EQ(errorOf([&] { untyped->setValue(handle, HOSValue::ofDouble(1)); }),
+    EXPECT_NE(errorOf([&] { read("Untyped"); }), "");
+    EXPECT_EQ(errorOf([&] { untyped->setValue(handle(object), HOSValue::ofDouble(1)); }),
               "VELMAR:COM:invalidargumenttype");
     EXPECT_TRUE(log.calls().empty());
 }

@@ -26,19 +26,6 @@ struct Delivery : EventTest {
         return from == std::string::npos ? line
                                          : line.substr(from + 5, line.find(" Arg2=") - from - 5);
     }
-    static VARIANT number(VARTYPE vt, LONGLONG value) {
-        VARIANT v{};
-        v.vt = vt;
-        v.llVal = value;
-        return v;
-    }
-    template <class T>
-    static VARIANT reference(VARTYPE vt, T* value) {
-        VARIANT v{};
-        v.vt = static_cast<VARTYPE>(VT_BYREF | vt);
-        v.byref = value;
-        return v;
-    }
 };
 
 TEST_F(Delivery, IsAStructureWithTheParametersInOrder) {
@@ -64,7 +51,7 @@ TEST_F(Delivery, IsAStructureWithTheParametersInOrder) {
 
 TEST_F(Delivery, TakesNamedArgumentsInDeclaredOrderAndAnyNumberOfThem) {
     listen(h, "Renamed");
-    VARIANT texts[] = {number(VT_I4, 1), number(VT_I4, 2), number(VT_I4, 3)};
+    VARIANT texts[] = {variant(VT_I4, 1).get(), variant(VT_I4, 2).get(), variant(VT_I4, 3).get()};
     DISPID names[] = {0, 1, 2};
     const struct {
         DISPPARAMS params;
@@ -92,39 +79,26 @@ TEST_F(Delivery, TakesNamedArgumentsInDeclaredOrderAndAnyNumberOfThem) {
 
 TEST_F(Delivery, ConvertsArgumentsByWhatTheyAreAndWritesNothingBack) {
     LONG n = 7;
-    VARIANT inner = number(VT_BOOL, -1);
-    const auto text = platform::makeBstr(OLESTR("text"));
-    VARIANT bstr{};
-    bstr.vt = VT_BSTR;
-    bstr.bstrVal = text.get();
-    VARIANT date{};
-    date.vt = VT_DATE;
-    date.date = 2;
-    const auto array = platform::ScopedSafeArray::adopt(SafeArrayCreateVector(VT_R8, 0, 2));
-    const struct {
-        VARIANT argument;
-        std::string seen;
-    } cases[] = {
-        {number(VT_I2, 5), "5"},
-        {number(VT_EMPTY, 0), "nan"},
-        {bstr, "'text'"},
-        {date, "'1/1/1900'"},
+    ScopedVariant inner = variant(VT_BOOL, -1);
+    const double doubles[] = {1, 2};
+    const std::pair<ScopedVariant, std::string> cases[] = {
+        {variant(VT_I2, 5), "5"},
+        {variant(VT_EMPTY), "nan"},
+        {bstr(OLESTR("text")), "'text'"},
+        {real(2, VT_DATE), "'1/1/1900'"},
         {reference(VT_I4, &n), "7"},
-        {reference(VT_VARIANT, &inner), "1"},
-        {reference(VT_I4, static_cast<LONG*>(nullptr)), "nan"},
-        {reference(VT_ARRAY | VT_R8, static_cast<SAFEARRAY**>(nullptr)), "nan"},
-        {number(VT_UNKNOWN, 0), "nan"},
-        {number(VT_DISPATCH, 0), "nan"},
-        {number(VT_RECORD, 0), "nan"},
-        {number(static_cast<VARTYPE>(VT_ARRAY | VT_R8),
-                static_cast<LONGLONG>(reinterpret_cast<std::intptr_t>(array.get()))),
-         "[](1x2)"},
+        {reference(VT_VARIANT, inner.inOut()), "1"},
+        {reference(VT_I4, nullptr), "nan"},
+        {reference(VT_ARRAY | VT_R8, nullptr), "nan"},
+        {variant(VT_UNKNOWN), "nan"},
+        {variant(VT_DISPATCH), "nan"},
+        {variant(VT_RECORD), "nan"},
+        {variantOf(VT_R8, safeArray(VT_R8, {{2}}, doubles)), "[](1x2)"},
     };
     const auto noWarnings = warnings([&] {
-        for (const auto& row : cases) {
-            std::string seen = received(row.argument);
-            if (seen == "-nan") seen = "nan";
-            EXPECT_EQ(seen, row.seen) << "VARTYPE " << row.argument.vt;
+        for (const auto& [argument, expected] : cases) {
+            const std::string seen = received(argument.get());
+            EXPECT_EQ(seen == "-nan" ? "nan" : seen, expected) << argument->vt;
         }
     });
     EXPECT_TRUE(noWarnings.empty());
@@ -134,10 +108,11 @@ TEST_F(Delivery, ConvertsArgumentsByWhatTheyAreAndWritesNothingBack) {
 TEST_F(Delivery, GivesObjectsAReferenceOfTheirOwn) {
     const auto child = kit::create<Gadget>();
     IDispatch* dispatch = child.get();
+    const ScopedVariant byReference = reference(VT_DISPATCH, &dispatch);
     VARIANT direct{};
     direct.vt = VT_DISPATCH;
     direct.pdispVal = dispatch;
-    for (const VARIANT& argument : {direct, reference(VT_DISPATCH, &dispatch)}) {
+    for (const VARIANT& argument : {direct, byReference.get()}) {
         EXPECT_EQ(received(argument).substr(0, 11), "<Interface.");
         EXPECT_EQ(child->references(), 1u);
     }

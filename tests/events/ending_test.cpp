@@ -39,8 +39,8 @@ TEST_F(Ending, OfTheObjectFirst) {
 
 TEST_F(Ending, OfTheObjectByDelete) {
     call(h, "delete", 0);
-    expectQuietEnd();
     EXPECT_FALSE(listener->isEnabled());
+    expectQuietEnd();
 }
 
 TEST_F(Ending, OfTheObjectByRelease) {

@@ -1,6 +1,9 @@
 // The source's way to fail, and the fixture's listeners.
 #include "events/source.h"
 
+#include "servers/sample/faults.h"
+#include "support/com_double.h"
+
 namespace axlink2::test {
 namespace {
 
@@ -9,40 +12,23 @@ using platform::ComPtr;
 // Gives the other connection point's cookies a look of their own.
 constexpr DWORD firstCookie = 100;
 
-// The fault is the processor's own; the sanitizers would report it first.
-[[gnu::noinline, gnu::no_sanitize("address,undefined")]] void writeThroughNull() {
-    volatile int* volatile nowhere = nullptr;
-    *nowhere = 1;
-}
-
 // Whether the step fails now; `result` is then its answer, with an out-parameter left as it is or,
 // for NullWithSuccess, null.
 bool fails(Step step, HRESULT& result) {
     if (Source::traffic.failing != step) return false;
-    if (Source::traffic.failure == Failure::Fault) writeThroughNull();
+    if (Source::traffic.failure == Failure::Fault) sample::writeThroughNull();
     result = Source::traffic.failure == Failure::Code ? E_FAIL : S_OK;
     return true;
 }
 
 // Stands before the connection point of a source.
-class Point final : public IConnectionPoint, public kit::LiveObject {
+class Point final : public Counted<Silent<IConnectionPoint>> {
   public:
     explicit Point(Source& owner)
-        : LiveObject("Point"), owner_(ComPtr<IDispatch>::borrow(&owner)), events_(owner.events()) {}
+        : Counted("Point"), owner_(ComPtr<IDispatch>::borrow(&owner)), events_(owner.events()) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) override {
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override {
-        return E_NOTIMPL;
+        return offer(false, this, out);
     }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         HRESULT hr = S_OK;
@@ -59,12 +45,8 @@ class Point final : public IConnectionPoint, public kit::LiveObject {
         if (fails(Step::Unadvise, hr)) return hr;
         return events_.Unadvise(cookie - firstCookie);
     }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
 
   private:
-    ~Point() = default;
-
-    ULONG references_ = 1;
     ComPtr<IDispatch> owner_;
     kit::ConnectionPoint& events_;
 };
@@ -72,22 +54,6 @@ class Point final : public IConnectionPoint, public kit::LiveObject {
 void* const garbage = reinterpret_cast<void*>(0x10);
 
 } // namespace
-
-const kit::ClassDefinition& Source::definition() {
-    static const auto made =
-        kit::ClassBuilder<Source>("Source", kit::guid("6C4D2A10-1B7E-4F36-8A55-7F1D0C9E2001"),
-                                  kit::guid("6C4D2A10-1B7E-4F36-8A55-7F1D0C9E2002"))
-            .method("FireTick", &Source::fireTick, {"count"})
-            .method("Crash", &Source::crash)
-            .source("DSourceEvents", kit::guid("6C4D2A10-1B7E-4F36-8A55-7F1D0C9E2003"))
-            .event("Tick", {{"Count", VT_I4}})
-            .event("Renamed", {{"OldName", VT_BSTR}, {"NewName", VT_BSTR}})
-            .event("Done")
-            .event("Last", {{"", VT_VARIANT}, {"Type", VT_DISPATCH}})
-            .dispid(last)
-            .build();
-    return *made;
-}
 
 HRESULT Source::QueryInterface(REFIID iid, void** object) {
     if (iid != IID_IConnectionPointContainer) return DispatchObject::QueryInterface(iid, object);
@@ -108,7 +74,7 @@ HRESULT Source::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
     return S_OK;
 }
 
-void Source::crash() { writeThroughNull(); }
+void Source::crash() { sample::writeThroughNull(); }
 
 std::shared_ptr<velmar::Listener> EventTest::listen(const Array& object, const std::string& event) {
     return velmar::addListener(handle(object), event,
@@ -123,10 +89,6 @@ std::shared_ptr<velmar::Listener> EventTest::listen(const Array& object, const s
     return velmar::addListener(
         handle(object), event,
         [action = std::move(action)](const hxArray*, const hxArray*) { action(); });
-}
-
-hos::HOSInterfacePtr EventTest::handle(const Array& object) {
-    return hoGetArrayElement(object.get(), 0);
 }
 
 std::string EventTest::event(const std::string& name, DISPID dispid, const std::string& fields) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "builtins/builtin_fixture.h"
-#include "classmodel/instance_record.h"
 
 #include <functional>
 #include <memory>
@@ -27,15 +26,24 @@ struct Traffic {
     std::function<void()> onAdvise = {}; // what else happens meanwhile
 };
 
-class Source : public kit::DispatchObject {
+class Source : public Served<Source> {
   public:
+    static constexpr const char* className = "Source";
+    static void declare(Builder& builder) {
+        builder.method("FireTick", &Source::fireTick, {"count"})
+            .method("Crash", &Source::crash)
+            .source("DSourceEvents", guidOf("DSourceEvents"))
+            .event("Tick", {{"Count", VT_I4}})
+            .event("Renamed", {{"OldName", VT_BSTR}, {"NewName", VT_BSTR}})
+            .event("Done")
+            .event("Last", {{"", VT_VARIANT}, {"Type", VT_DISPATCH}})
+            .dispid(last);
+    }
     static constexpr DISPID tick = 1;
     static constexpr DISPID renamed = 2;
     static constexpr DISPID done = 3;
     static constexpr DISPID last = -7; // by number the first
 
-    Source() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition();
     static inline Traffic traffic;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
@@ -55,8 +63,6 @@ class EventTest : public BuiltinTest {
     static std::shared_ptr<velmar::Listener> listen(const Array& object, const std::string& event,
                                                     std::function<void()> action);
 
-    static hos::HOSInterfacePtr handle(const Array& object);
-    static COMInstanceRecord& record(const Array& object) { return *recordOf(handle(object)); }
     static Source& server(const Array& object) {
         return *static_cast<Source*>(record(object).dispatch);
     }

@@ -1,12 +1,10 @@
-// Errors, silence and counts for all targets.
+// Errors and silence for all targets.
 #include "fuzz/fuzz_target.h"
 
 #include "builtins/fold_name.h"
 #include "entry/entry.h"
-#include "host/array.h"
 #include "host/embedding.h"
 #include "platform/com.h"
-#include "servers/kit/live_objects.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -40,18 +38,6 @@ void expectDocumented(std::exception_ptr error) {
     const velmar::ErrorText described = velmar::describeError(error);
     if (described.identifier == "VELMAR:internal" || described.identifier.empty())
         fail("an error without an identifier: " + described.text);
-}
-
-NothingLeft::NothingLeft()
-    : comObjects_(kit::liveObjects()), hostObjects_(velmar::liveObjectCount()),
-      arrays_(hxLiveArrayCount()) {}
-
-NothingLeft::~NothingLeft() {
-    for (const std::string& name : kit::liveObjectNames())
-        if (kit::liveObjects() != comObjects_) std::fprintf(stderr, "alive: %s\n", name.c_str());
-    if (kit::liveObjects() != comObjects_) fail("COM objects are left");
-    if (velmar::liveObjectCount() != hostObjects_) fail("objects of the host are left");
-    if (hxLiveArrayCount() != arrays_) fail("arrays of the host are left");
 }
 
 } // namespace fuzz

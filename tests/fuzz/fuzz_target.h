@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fuzz/byte_source.h"
+#include "support/living.h"
 
 #include <cstddef>
 #include <exception>
@@ -36,15 +37,15 @@ void attempt(Action&& action) {
 // Counts at its end what is alive: as much as at its start, or the process ends.
 class NothingLeft {
   public:
-    NothingLeft();
+    NothingLeft() = default;
     NothingLeft(const NothingLeft&) = delete;
     NothingLeft& operator=(const NothingLeft&) = delete;
-    ~NothingLeft();
+    ~NothingLeft() {
+        if (const std::string left = before_.newcomers(); !left.empty()) fail("alive: " + left);
+    }
 
   private:
-    const int comObjects_;
-    const std::size_t hostObjects_;
-    const std::size_t arrays_;
+    const axlink2::test::Living before_;
 };
 
 } // namespace fuzz

@@ -9,9 +9,9 @@
 namespace fuzz {
 namespace {
 
-using platform::ComPtr;
+using axlink2::test::Silent;
 
-class ScriptedConnectionPoint final : public Scripted<IConnectionPoint> {
+class ScriptedConnectionPoint final : public Scripted<Silent<IConnectionPoint>> {
   public:
     explicit ScriptedConnectionPoint(Script& script)
         : Scripted("ScriptedConnectionPoint", script) {}
@@ -32,11 +32,6 @@ class ScriptedConnectionPoint final : public Scripted<IConnectionPoint> {
         script_.sinks.pop_back();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
 };
 
 // What a failed call leaves in an out-parameter.

@@ -2,11 +2,9 @@
 #pragma once
 
 #include "fuzz/variant_values.h"
-#include "platform/com.h"
 #include "platform/holders.h"
-#include "servers/kit/live_objects.h"
+#include "support/com_double.h"
 
-#include <atomic>
 #include <vector>
 
 namespace fuzz {
@@ -28,32 +26,14 @@ struct Script {
     HRESULT failure();
 };
 
-// Reference counting, for an object that the kit counts too.
+// An object whose answers come from the script.
 template <class... Interfaces>
-class Scripted : public Interfaces..., public kit::LiveObject {
-  public:
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-
+class Scripted : public axlink2::test::Counted<Interfaces...> {
   protected:
-    Scripted(const char* name, Script& script) : LiveObject(name), script_(script) {}
-    virtual ~Scripted() = default;
-
-    // Hands `object` out where `iid` is known.
-    HRESULT offer(bool isKnown, IUnknown* object, void** out) {
-        *out = isKnown ? object : nullptr;
-        if (isKnown) AddRef();
-        return isKnown ? S_OK : E_NOINTERFACE;
-    }
+    Scripted(const char* name, Script& script)
+        : axlink2::test::Counted<Interfaces...>(name), script_(script) {}
 
     Script& script_;
-
-  private:
-    ULONG references_ = 1;
 };
 
 class ScriptedServer final : public Scripted<IDispatch, IConnectionPointContainer> {

@@ -4,35 +4,28 @@
 #include "fuzz/fuzz_target.h"
 #include "fuzz/step_limit.h"
 #include "host/embedding.h"
-#include "servers/kit/kit.h"
 #include "shell/function_handles.h"
 #include "shell/functions.h"
 #include "shell/interpreter.h"
 #include "shell/parser.h"
+#include "support/served.h"
 
 using namespace fuzz;
 
 namespace {
 
-class Gadget final : public kit::DispatchObject {
+class Gadget final : public axlink2::test::Served<Gadget> {
   public:
-    Gadget() : DispatchObject(definition()) {}
-    static const kit::ClassDefinition& definition() {
-        static const auto made = [] {
-            kit::ClassBuilder<Gadget> builder("Gadget",
-                                              kit::guid("5A7A3C10-7C0B-4C55-8B85-2C7F9E0AB001"),
-                                              kit::guid("5A7A3C10-7C0B-4C55-8B85-2C7F9E0AB002"));
-            builder.method("Echo", &Gadget::echo, {"value"});
-            builder.method("Part", &Gadget::part);
-            builder.method("Fire", &Gadget::fireMoved, {"count"});
-            builder.method("Fail", &Gadget::fail);
-            builder.property("Name", &Gadget::name, &Gadget::setName);
-            builder.property("Size", &Gadget::size, &Gadget::setSize);
-            builder.source("DGadgetEvents", kit::guid("5A7A3C10-7C0B-4C55-8B85-2C7F9E0AB003"));
-            builder.event("Moved", {{"x", VT_R8}});
-            return builder.build();
-        }();
-        return *made;
+    static constexpr const char* className = "Gadget";
+    static void declare(Builder& builder) {
+        builder.method("Echo", &Gadget::echo, {"value"})
+            .method("Part", &Gadget::part)
+            .method("Fire", &Gadget::fireMoved, {"count"})
+            .method("Fail", &Gadget::fail)
+            .property("Name", &Gadget::name, &Gadget::setName)
+            .property("Size", &Gadget::size, &Gadget::setSize)
+            .source("DGadgetEvents", axlink2::test::guidOf("DGadgetEvents"))
+            .event("Moved", {{"x", VT_R8}});
     }
 
     platform::ScopedVariant echo(const VARIANT& value) {
@@ -58,7 +51,7 @@ class Gadget final : public kit::DispatchObject {
 
 void registerGadget() {
     static const bool ready = [] {
-        kit::registerProgId("Fuzz.Gadget", Gadget::definition().parts().coclass.clsid);
+        kit::registerProgId("Fuzz.Gadget", Gadget::clsid());
         static const kit::ClassRegistration registration = kit::registerInProcess<Gadget>();
         velsh::defineFunctions();
         velmar::defineFunction("actxserver", COM2::actxserver);

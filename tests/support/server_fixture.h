@@ -1,15 +1,17 @@
 // A fixture that starts servers of the kit through the module and calls their members.
 #pragma once
 
+#include "classmodel/instance_record.h"
 #include "comruntime/interned.h"
 #include "entry/entry.h"
 #include "host/class.h"
 #include "host/embedding.h"
 #include "host/object_array.h"
-#include "servers/kit/kit.h"
 #include "support/alive_check.h"
 #include "support/errors.h"
 #include "support/registered_module.h"
+#include "support/served.h"
+#include "support/values.h"
 
 #include <list>
 #include <string>
@@ -18,8 +20,6 @@ namespace axlink2::test {
 
 class ServerTest : public AliveCheck {
   protected:
-    using Array = harray::unique_array;
-
     // A new object of the class of that ProgID, which `Server` serves from now on.
     template <class Server>
     Array start(const std::string& progId) {
@@ -31,22 +31,23 @@ class ServerTest : public AliveCheck {
 
     static Array startRegistered(const std::string& progId) {
         Array output;
-        const Array text(hxCreateString(progId.c_str()));
-        const hxArray* inputs[] = {text.get()};
+        const Array name = text(progId);
+        const hxArray* inputs[] = {name.get()};
         COM2::actxserver(1, &output, 1, inputs);
         return output;
     }
 
+    static hos::HOSInterfacePtr handle(const Array& object) {
+        return hoGetArrayElement(object.get(), 0);
+    }
+    static COMInstanceRecord& record(const Array& object) { return *recordOf(handle(object)); }
+    static hos::HOSClass* classOf(const Array& object) { return handle(object)->getClass(); }
+    static void destroy(const Array& object) { handle(object)->destroy(hos::HOSGetPublicClient()); }
+
     static hos::HOSMethodInfo* method(const Array& object, const char* name) {
         hos::HOSIterator methods;
-        hoGetArrayElement(object.get(), 0)->getClass()->findMethods(&methods, internedId(name));
+        classOf(object)->findMethods(&methods, internedId(name));
         return hos::hosiToMethod(methods.nextElement());
-    }
-
-    static hos::HOSPropInfo* property(const Array& object, const char* name) {
-        hos::HOSInterfacePtr found;
-        hoGetArrayElement(object.get(), 0)->getClass()->findClassProperty(&found, internedId(name));
-        return hos::hosiToProp(found);
     }
 
     // A program's call, as the language makes it.
@@ -56,7 +57,6 @@ class ServerTest : public AliveCheck {
     }
 
     static double number(const hxArray* array) { return hxGetScalar(array); }
-    static Array scalar(double value) { return Array(hxCreateDoubleScalar(value)); }
 
   private:
     std::list<kit::ClassRegistration> registrations_;

@@ -139,7 +139,7 @@ std::string judge(const Outcome& armed, const Outcome& again, const Script& scri
         return "neither right nor smaller: " + inWords(armed);
     if (isRight(again, printed)) return {};
     // A class that was made from less stays smaller; what failed altogether can be tried again.
-    const bool maySmaller = *script.prologue == 0 && !isError && !isRight(armed, printed);
+    const bool maySmaller = script.prologue.empty() && !isError && !isRight(armed, printed);
     if (maySmaller && isSmaller(again.printed, printed, script.less)) return {};
     return "not whole afterwards: " + inWords(again) + " after " + inWords(armed);
 }
@@ -153,11 +153,11 @@ std::string leaks() {
 
 // The child's part. `printed` is what is right; null in the run that finds it out.
 std::string runOne(const Script& script, const Pass& pass, int point, const char* printed) {
-    const Living before = Living::now();
+    const Living before;
     std::string problem;
     {
         Workspace workspace;
-        if (*script.prologue) {
+        if (!script.prologue.empty()) {
             workspace.run(script.prologue);
             workspace.run(script.body); // makes the classes of what members return
         }

@@ -96,7 +96,7 @@ int fault(Workspace& workspace, const Place& place, const Fault& kind, int round
 Problems runFaults(bool isLong) {
     Problems problems;
     const int rounds = isLong ? 1800 : 40;
-    const Living before = Living::now();
+    const Living before;
     int count = 0;
     std::printf("Contained faults, by place and by kind\n%-17s", "");
     for (const Fault& kind : faults)

@@ -9,7 +9,6 @@
 #include "shell/functions.h"
 #include "shell/parser.h"
 #include "support/faulty/server.h"
-#include "torture/points.h"
 
 #include <utility>
 
@@ -89,28 +88,9 @@ Outcome Workspace::run(const std::string& source, const std::function<void()>& a
     return outcome;
 }
 
-Living Living::now() {
-    return {static_cast<std::size_t>(kit::liveObjects()),
-            static_cast<std::size_t>(serverCalls.alive),
-            static_cast<std::size_t>(serverCalls.outstanding), velmar::liveObjectCount(),
-            hxLiveArrayCount()};
-}
-
 std::string Living::newcomers() const {
-    const Living present = now();
-    std::string words;
-    const auto compare = [&](const char* what, std::size_t before, std::size_t after) {
-        if (before != after)
-            words += std::to_string(static_cast<std::ptrdiff_t>(after) -
-                                    static_cast<std::ptrdiff_t>(before)) +
-                     " " + what + "; ";
-    };
-    compare("COM objects", comObjects, present.comObjects);
-    compare("fronts", fronts, present.fronts);
-    compare("descriptions", descriptions, present.descriptions);
-    compare("host objects", hostObjects, present.hostObjects);
-    compare("host arrays", hostArrays, present.hostArrays);
-    return words;
+    const bool isEven = serverCalls.outstanding == descriptions;
+    return (isEven ? "" : "descriptions; ") + axlink2::test::Living::newcomers();
 }
 
 } // namespace torture

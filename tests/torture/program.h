@@ -3,8 +3,9 @@
 
 #include "servers/kit/kit.h"
 #include "shell/interpreter.h"
+#include "support/living.h"
+#include "torture/points.h"
 
-#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <list>
@@ -54,16 +55,10 @@ class Workspace {
     std::string printed_;
 };
 
-// What is alive at a moment.
-struct Living {
-    std::size_t comObjects;
-    std::size_t fronts;
-    std::size_t descriptions;
-    std::size_t hostObjects;
-    std::size_t hostArrays;
+// What is alive at a moment, descriptions of types among it.
+struct Living : axlink2::test::Living {
+    int descriptions = serverCalls.outstanding;
 
-    static Living now();
-    // What is alive now and wasn't then, in words; empty when nothing is.
     std::string newcomers() const;
 };
 

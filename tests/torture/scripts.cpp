@@ -6,7 +6,18 @@ namespace {
 
 constexpr const char* server = "h = actxserver('Sample.Server.1');";
 
-constexpr Script table[] = {
+Script keep(const char* name, const std::string& document) {
+    const std::string made = " = actxserver('Sample." + document + ".1');";
+    return {name, "h" + made + " o" + made + " h.Text = 'old'; save(h, 'kept.tmp');",
+            "h.Text = 'new'; h.Number = 2.5;\n"
+            "try, save(h, 'kept.tmp'); catch e, disp(e.identifier), end\n"
+            "o.Text = 'own';\n"
+            "load(o, 'kept.tmp');\n"
+            "disp(o.Text)\n",
+            "new\n", "old\nown\n"};
+}
+
+const Script table[] = {
     {"create", "",
      "h = actxserver('Sample.Server.1');\n"
      "disp(h.Compute(2))\n"
@@ -42,7 +53,8 @@ constexpr Script table[] = {
      "disp(h.OutBSTR())\n"
      "disp(h.OutVariant())\n"
      "disp(h.EchoDate('2000-01-01'))\n"
-     "disp(h.EchoDecimal('1.5')), disp(h.EchoI8(int64(7))), disp(h.EchoBool(true))\n",
+     "disp(h.EchoDecimal('1.5')), disp(h.EchoI8(int64(7))), "
+     "disp(h.EchoBool(true))\n",
      nullptr},
     {"failed call", server,
      "try, h.Divide(1, 0); catch e, disp(e.identifier), end\n"
@@ -66,8 +78,10 @@ constexpr Script table[] = {
      "disp(h.MakeValue('error'))\n",
      nullptr, "0\n"},
     {"read", server,
-     "disp(h.Name), disp(h.Width), disp(h.Height), disp(h.Visible), disp(h.Color)\n"
-     "disp(h.Created), disp(h.Price), disp(h.Item(1)), disp(h.Level(1)), disp(h.Kind)\n"
+     "disp(h.Name), disp(h.Width), disp(h.Height), disp(h.Visible), "
+     "disp(h.Color)\n"
+     "disp(h.Created), disp(h.Price), disp(h.Item(1)), disp(h.Level(1)), "
+     "disp(h.Kind)\n"
      "s = get(h, 'Width'); disp(s)\n"
      "c = get(h, {'Name', 'Height'}); disp(c{2})\n"
      "disp(isprop(h, 'Name'))\n",
@@ -117,7 +131,8 @@ constexpr Script table[] = {
      "k = 0; k = h.Self();\n"
      "l = addlistener(k, 'Tick', @(src, event) disp(event.Count));\n"
      "k.FireTick(7);\n"
-     "r = addlistener(k, 'Renamed', @(src, event) disp([event.OldName ' ' event.NewName]));\n"
+     "r = addlistener(k, 'Renamed', @(src, event) disp([event.OldName ' ' "
+     "event.NewName]));\n"
      "k.FireNamed('old', 'new');\n"
      "m = addlistener(k, 'Measured', @(src, event) disp(event.Values(4)));\n"
      "k.FireMeasured(4);\n"
@@ -126,43 +141,10 @@ constexpr Script table[] = {
      "delete(l), delete(r), delete(m), delete(a)\n"
      "disp(h.Connections)\n",
      "7\nold new\n4\nAda\n0\n"},
-    {"keep file",
-     "h = actxserver('Sample.FileDocument.1'); o = actxserver('Sample.FileDocument.1');\n"
-     "h.Text = 'old'; save(h, 'kept.tmp');",
-     "h.Text = 'new'; h.Number = 2.5;\n"
-     "try, save(h, 'kept.tmp'); catch e, disp(e.identifier), end\n"
-     "o.Text = 'own';\n"
-     "load(o, 'kept.tmp');\n"
-     "disp(o.Text)\n",
-     "new\n", "old\nown\n"},
-    {"keep storage",
-     "h = actxserver('Sample.StorageDocument.1'); o = actxserver('Sample.StorageDocument.1');\n"
-     "h.Text = 'old'; save(h, 'kept.tmp');",
-     "h.Text = 'new'; h.Number = 2.5;\n"
-     "try, save(h, 'kept.tmp'); catch e, disp(e.identifier), end\n"
-     "o.Text = 'own';\n"
-     "load(o, 'kept.tmp');\n"
-     "disp(o.Text)\n",
-     "new\n", "old\nown\n"},
-    {"keep stream init",
-     "h = actxserver('Sample.StreamInitDocument.1'); o = "
-     "actxserver('Sample.StreamInitDocument.1');\n"
-     "h.Text = 'old'; save(h, 'kept.tmp');",
-     "h.Text = 'new'; h.Number = 2.5;\n"
-     "try, save(h, 'kept.tmp'); catch e, disp(e.identifier), end\n"
-     "o.Text = 'own';\n"
-     "load(o, 'kept.tmp');\n"
-     "disp(o.Text)\n",
-     "new\n", "old\nown\n"},
-    {"keep stream",
-     "h = actxserver('Sample.StreamDocument.1'); o = actxserver('Sample.StreamDocument.1');\n"
-     "h.Text = 'old'; save(h, 'kept.tmp');",
-     "h.Text = 'new'; h.Number = 2.5;\n"
-     "try, save(h, 'kept.tmp'); catch e, disp(e.identifier), end\n"
-     "o.Text = 'own';\n"
-     "load(o, 'kept.tmp');\n"
-     "disp(o.Text)\n",
-     "new\n", "old\nown\n"},
+    keep("keep file", "FileDocument"),
+    keep("keep storage", "StorageDocument"),
+    keep("keep stream init", "StreamInitDocument"),
+    keep("keep stream", "StreamDocument"),
 };
 
 } // namespace

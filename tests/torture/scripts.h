@@ -10,7 +10,7 @@ struct Script {
     const char* name;
     // The part that runs before anything fails; without one, the classes are made in the part that
     // may fail, and can stay smaller.
-    const char* prologue;
+    std::string prologue;
     const char* body;
     // What the body prints; null where what it prints without a failure is the measure.
     const char* printed;

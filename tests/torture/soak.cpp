@@ -152,7 +152,7 @@ void compareOwners(bool isLong, Problems& problems) {
 } // namespace
 
 Problems runSoak(bool isLong) {
-    const Living before = Living::now();
+    const Living before;
     Problems problems;
     {
         Workspace workspace;

@@ -1,8 +1,8 @@
 // Faulty fronts of COM objects: they pass every call on to the real object, but the n-th.
 #pragma once
 
-#include "platform/com.h"
 #include "platform/holders.h"
+#include "support/com_double.h"
 
 #include <cstring>
 
@@ -24,7 +24,6 @@ struct FaultPlan {
     void (*onFailure)(const char* call) = nullptr; // runs inside the failing call
     void (*onOwnWork)(bool begins) = nullptr;      // around what only the fronts themselves do
     int outstanding = 0;                           // descriptions handed out and not taken back
-    int alive = 0;                                 // faulty objects
     UINT lyingCount = 0;          // when set, what TYPEATTR and ITypeLib say of their counts
     bool lyingParameters = false; // functions claim parameters and give none
 
@@ -60,34 +59,23 @@ class OwnWork {
     void (*notify_)(bool);
 };
 
-// The part of every front: the real object, the count of references, the plan. A front that
-// belongs to another one shares its identity and keeps it alive.
-template <class Interface>
-class Faulty : public Interface {
+// The part of every front: the real object and the plan. What else the front derives from answers
+// where it says nothing itself. A front that belongs to another one shares its identity and keeps
+// it alive.
+template <class Interface, class Base = Interface>
+class Faulty : public Counted<Base> {
   public:
     Faulty(Interface* real, const IID& iid, FaultPlan& plan, IUnknown* identity = nullptr)
-        : real_(platform::ComPtr<Interface>::borrow(real)), plan_(plan), iid_(iid),
-          identity_(platform::ComPtr<IUnknown>::borrow(identity)) {
-        ++plan_.alive;
-    }
+        : Counted<Base>("front"), real_(platform::ComPtr<Interface>::borrow(real)), plan_(plan),
+          iid_(iid), identity_(platform::ComPtr<IUnknown>::borrow(identity)) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         const bool isOwn = iid == iid_ || (iid == IID_IUnknown && !identity_);
         if (!isOwn && identity_) return identity_->QueryInterface(iid, out);
-        *out = isOwn ? static_cast<Interface*>(this) : nullptr;
-        if (isOwn) AddRef();
-        return isOwn ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
+        return this->offer(isOwn, this, out);
     }
 
   protected:
-    virtual ~Faulty() { --plan_.alive; }
-
     // The plan's answer to this call, or what `call` gives.
     template <class T, class Call>
     HRESULT orFails(const char* name, T** out, Call&& call) {
@@ -104,7 +92,6 @@ class Faulty : public Interface {
   private:
     const IID& iid_;
     platform::ComPtr<IUnknown> identity_;
-    ULONG references_ = 1;
 };
 
 } // namespace axlink2::test

@@ -66,19 +66,10 @@ void wrapValue(VARIANT& v, FaultPlan& plan) {
         wrapObject(isReference ? *v.ppunkVal : v.punkVal, plan);
 }
 
-class FaultyConnectionPoint final : public Faulty<IConnectionPoint> {
+class FaultyConnectionPoint final : public Faulty<IConnectionPoint, Silent<IConnectionPoint>> {
   public:
     using Faulty::Faulty;
 
-    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override {
-        return orFails("GetConnectionInterface",
-                       [&] { return real_->GetConnectionInterface(iid); });
-    }
-    HRESULT STDMETHODCALLTYPE
-    GetConnectionPointContainer(IConnectionPointContainer** container) override {
-        return orFails("GetConnectionPointContainer", container,
-                       [&] { return real_->GetConnectionPointContainer(container); });
-    }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         return orFails("Advise", [&] { return real_->Advise(sink, cookie); });
     }
@@ -87,18 +78,14 @@ class FaultyConnectionPoint final : public Faulty<IConnectionPoint> {
         const HRESULT hr = real_->Unadvise(cookie);
         return orFails("Unadvise", [&] { return hr; });
     }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
-        return real_->EnumConnections(connections);
-    }
 };
 
 class FaultyContainer final : public Faulty<IConnectionPointContainer> {
   public:
     using Faulty::Faulty;
 
-    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
-        return orFails("EnumConnectionPoints", points,
-                       [&] { return real_->EnumConnectionPoints(points); });
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override {
+        return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
         return orFails("FindConnectionPoint", point, [&] {

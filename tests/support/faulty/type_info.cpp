@@ -8,7 +8,7 @@ namespace {
 
 using platform::ComPtr;
 
-class FaultyTypeLib final : public Faulty<ITypeLib> {
+class FaultyTypeLib final : public Faulty<ITypeLib, Silent<ITypeLib>> {
   public:
     using Faulty::Faulty;
 
@@ -23,21 +23,9 @@ class FaultyTypeLib final : public Faulty<ITypeLib> {
         return orFails("ITypeLib::GetTypeInfoOfGuid", out,
                        [&] { return wrapType(real_->GetTypeInfoOfGuid(guid, out), out, plan_); });
     }
-
-    HRESULT STDMETHODCALLTYPE GetTypeInfoType(UINT, TYPEKIND*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetLibAttr(TLIBATTR**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetDocumentation(INT, BSTR*, BSTR*, DWORD*, BSTR*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE IsName(LPOLESTR, ULONG, BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE FindName(LPOLESTR, ULONG, ITypeInfo**, MEMBERID*, USHORT*) override {
-        return E_NOTIMPL;
-    }
-    void STDMETHODCALLTYPE ReleaseTLibAttr(TLIBATTR*) override {}
 };
 
-class FaultyTypeInfo final : public Faulty<ITypeInfo> {
+class FaultyTypeInfo final : public Faulty<ITypeInfo, Silent<ITypeInfo>> {
   public:
     using Faulty::Faulty;
 
@@ -111,26 +99,6 @@ class FaultyTypeInfo final : public Faulty<ITypeInfo> {
         --plan_.outstanding;
         real_->ReleaseVarDesc(variable);
     }
-
-    // What no reader of descriptions calls.
-    HRESULT STDMETHODCALLTYPE GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(LPOLESTR*, UINT, MEMBERID*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(PVOID, MEMBERID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetDllEntry(MEMBERID, INVOKEKIND, BSTR*, BSTR*, WORD*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE AddressOfMember(MEMBERID, INVOKEKIND, PVOID*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, PVOID*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetMops(MEMBERID, BSTR*) override { return E_NOTIMPL; }
 
   private:
     HRESULT counted(HRESULT hr) {

@@ -1,15 +1,17 @@
 // Values as text.
-#include "conversion/values.h"
+#include "support/values.h"
 
 #include "host/embedding.h"
 #include "host/text.h"
 
+#include <boost/format.hpp>
+
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
-#include <numeric>
 
 namespace axlink2::test {
 namespace {
@@ -41,22 +43,17 @@ std::string numberAt(const void* at) {
 }
 
 std::string hexAt(const void* at) {
-    std::array<char, 9> text;
-    std::snprintf(text.data(), text.size(), "%08X", static_cast<unsigned>(read<SCODE>(at)));
-    return text.data();
+    return (boost::format("%08X") % static_cast<unsigned>(read<SCODE>(at))).str();
 }
 
 template <class Unit>
 std::string quoted(const Unit* units, std::size_t count) {
     std::string result = "'";
     for (std::size_t i = 0; i < count; ++i) {
-        if (units[i] >= ' ' && units[i] < 0x7F) {
+        if (units[i] >= ' ' && units[i] < 0x7F)
             result += static_cast<char>(units[i]);
-        } else {
-            std::array<char, 16> escape;
-            std::snprintf(escape.data(), escape.size(), "\\%x", static_cast<unsigned>(units[i]));
-            result += escape.data();
-        }
+        else
+            result += (boost::format("\\%x") % static_cast<unsigned>(units[i])).str();
     }
     return result + "'";
 }
@@ -174,11 +171,9 @@ std::string describedChars(const hxArray* array) {
 
 } // namespace
 
-Array logicals(const std::vector<std::size_t>& extents, const std::vector<int>& bytes) {
+Array logicals(const std::vector<std::size_t>& extents, const std::vector<BYTE>& bytes) {
     Array array(hxCreateLogicalArray(extents.size(), extents.data()));
-    auto* data = static_cast<BYTE*>(hxGetWritableData(array.get()));
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        data[i] = static_cast<BYTE>(bytes[i]);
+    std::ranges::copy(bytes, static_cast<BYTE*>(hxGetWritableData(array.get())));
     return array;
 }
 
@@ -224,10 +219,35 @@ ScopedVariant variantOf(VARTYPE vt, ScopedSafeArray array) {
     return v;
 }
 
-ScopedVariant reference(VARTYPE vt, void* to) {
+ScopedVariant variant(VARTYPE vt, LONGLONG payload) {
     ScopedVariant v;
-    v->vt = static_cast<VARTYPE>(vt | VT_BYREF);
+    v->vt = vt;
+    v->llVal = payload;
+    return v;
+}
+
+ScopedVariant reference(VARTYPE vt, void* to) {
+    ScopedVariant v = variant(static_cast<VARTYPE>(vt | VT_BYREF));
     v->byref = to;
+    return v;
+}
+
+ScopedVariant real(double value, VARTYPE vt) { return variant(vt, std::bit_cast<LONGLONG>(value)); }
+
+ScopedVariant single(float value) { return variant(VT_R4, std::bit_cast<std::int32_t>(value)); }
+
+ScopedVariant bstr(platform::OleView text) {
+    ScopedVariant v;
+    v->bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    v->vt = VT_BSTR;
+    return v;
+}
+
+ScopedVariant decimal(ULONG value) {
+    ScopedVariant v;
+    v->decVal = {};
+    v->decVal.Lo64 = value;
+    v->vt = VT_DECIMAL;
     return v;
 }
 

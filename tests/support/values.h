@@ -4,7 +4,7 @@
 #include "host/array.h"
 #include "platform/holders.h"
 
-#include <initializer_list>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,9 +19,7 @@ template <class T>
 Array numeric(hxClassID id, const std::vector<std::size_t>& extents,
               const std::vector<T>& elements) {
     Array array(hxCreateNumericArray(extents.size(), extents.data(), id, hxREAL));
-    T* data = static_cast<T*>(hxGetWritableData(array.get()));
-    for (std::size_t i = 0; i < elements.size(); ++i)
-        data[i] = elements[i];
+    std::ranges::copy(elements, static_cast<T*>(hxGetWritableData(array.get())));
     return array;
 }
 
@@ -29,8 +27,8 @@ inline Array doubles(const std::vector<std::size_t>& extents, const std::vector<
     return numeric(hxDOUBLE_CLASS, extents, elements);
 }
 inline Array scalar(double value) { return Array(hxCreateDoubleScalar(value)); }
-inline Array text(const char* value) { return Array(hxCreateString(value)); }
-Array logicals(const std::vector<std::size_t>& extents, const std::vector<int>& bytes);
+inline Array text(const std::string& value) { return Array(hxCreateString(value.c_str())); }
+Array logicals(const std::vector<std::size_t>& extents, const std::vector<BYTE>& bytes);
 Array chars(std::size_t rows, std::size_t columns, std::u16string_view units);
 Array complexScalar();
 Array sparse();
@@ -42,6 +40,12 @@ Array cell(const std::vector<std::size_t>& extents, Elements... elements) {
     std::size_t i = 0;
     (hxSetCell(array.get(), i++, elements.release()), ...);
     return array;
+}
+
+// The same as a row.
+template <class... Elements>
+Array cell(Array first, Elements... others) {
+    return cell({1, 1 + sizeof...(others)}, std::move(first), std::move(others)...);
 }
 
 // A cell in a cell and so on, `depth` of them.
@@ -56,6 +60,13 @@ ScopedSafeArray safeArray(VARTYPE vt, const std::vector<Bound>& bounds, const vo
 // A VARIANT that takes it over.
 ScopedVariant variantOf(VARTYPE vt, ScopedSafeArray array);
 ScopedVariant reference(VARTYPE vt, void* to);
+
+// VARIANTs of other kinds; a payload stands in the low bytes.
+ScopedVariant variant(VARTYPE vt, LONGLONG payload = 0);
+ScopedVariant real(double value, VARTYPE vt = VT_R8);
+ScopedVariant single(float value);
+ScopedVariant bstr(platform::OleView text);
+ScopedVariant decimal(ULONG value);
 
 // "R8 1.5", "BSTR 'a'", "BSTR null", "ERROR 80020004", "R8[2,3] 1 2 3 4 5 6", "&VARIANT (EMPTY)";
 // lower bounds that aren't 0 show as "I4[1..3]".
