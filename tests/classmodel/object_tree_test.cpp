@@ -33,7 +33,7 @@ struct ObjectTree : ServerTest {
     }
     std::string nameOf(const HOSInterfacePtr& link) {
         for (const auto& [name, array] : nodes)
-            if (&ServerTest::record(array) == recordOf(link)) return name;
+            if (recordOf(handle(array)) == recordOf(link)) return name;
         return "-";
     }
     std::string linksOf(const std::string& name) {
