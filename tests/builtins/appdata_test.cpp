@@ -102,6 +102,8 @@ TEST_F(AppData, FollowsWhatAProgramDoesToItsProperty) {
     ask(0, h, "deleteproperty", text("AppData"));
     ask(0, h, "addproperty", text("AppData")); // without a value
     expectRefused();
+    ask(0, h, "set", text("AppData"), Array(hxCreateStructMatrix(1, 2, 0, nullptr)));
+    expectRefused();
 }
 
 TEST_F(AppData, EndsWhatItHoldsWithItsObject) {

@@ -23,6 +23,7 @@ class PersistingServer : public Served<PersistingServer>,
     // What the objects do, for the length of a test.
     struct Script {
         std::vector<IID> offered;
+        HRESULT refusal; // of QueryInterface altogether, when it is a failure
         std::map<std::string, HRESULT> results; // of calls by name; S_OK for the rest
         std::function<void(IStorage*)> withStorage;
         std::function<void(IStream*)> withStream;
@@ -31,7 +32,10 @@ class PersistingServer : public Served<PersistingServer>,
     static inline Script script;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        return DispatchObject::QueryInterface(iid, object);
+        if (SUCCEEDED(script.refusal) || iid == IID_IDispatch || iid == IID_IUnknown)
+            return DispatchObject::QueryInterface(iid, object);
+        *object = nullptr;
+        return script.refusal;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return DispatchObject::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return DispatchObject::Release(); }

@@ -108,6 +108,59 @@ TEST_F(Persisting, GoesThroughTheFirstInterfaceThatIsOfferedOnly) {
     EXPECT_FALSE(std::filesystem::exists(folder.file("none.bin")));
 }
 
+TEST_F(Persisting, IsAnErrorWhereTheServerCannotEvenSayWhatItOffers) {
+    const std::pair<HRESULT, const char*> rows[] = {{E_NOINTERFACE, ""},
+                                                    {E_NOTIMPL, ""},
+                                                    {E_FAIL, serializationError},
+                                                    {E_OUTOFMEMORY, serializationError}};
+    for (const auto& [refusal, error] : rows) {
+        script.refusal = refusal;
+        EXPECT_EQ(save(h), error);
+        EXPECT_EQ(load(h), error);
+    }
+    EXPECT_EQ(folder.names(), std::vector<std::string>());
+}
+
+TEST_F(Persisting, CanDoEverythingWithItsStorageUntilTheCallEnds) {
+    script.offered = {IID_IPersistStorage};
+    ComPtr<IStorage> kept;
+    script.withStorage = [&](IStorage* root) {
+        constexpr DWORD mode = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
+        ComPtr<IStorage> sub;
+        ASSERT_EQ(root->CreateStorage(OLESTR("sub"), mode, 0, 0, sub.put()), S_OK);
+        ComPtr<IStream> stream;
+        ASSERT_EQ(sub->CreateStream(OLESTR("inner"), mode, 0, 0, stream.put()), S_OK);
+        ASSERT_EQ(root->CreateStream(OLESTR("gone"), mode, 0, 0, stream.put()), S_OK);
+        stream.reset();
+        sub.reset();
+        EXPECT_EQ(root->DestroyElement(OLESTR("gone")), S_OK);
+        EXPECT_EQ(root->RenameElement(OLESTR("sub"), OLESTR("renamed")), S_OK);
+        EXPECT_EQ(root->OpenStorage(OLESTR("renamed"), nullptr,
+                                    STGM_READWRITE | STGM_SHARE_EXCLUSIVE, nullptr, 0, sub.put()),
+                  S_OK);
+        ComPtr<IEnumSTATSTG> elements;
+        EXPECT_EQ(root->EnumElements(0, nullptr, 0, elements.put()), S_OK);
+        kept = platform::queryInterface<IStorage>(root, IID_IStorage);
+        EXPECT_TRUE(kept);
+        EXPECT_FALSE(platform::queryInterface<IStream>(root, IID_IStream));
+    };
+    EXPECT_EQ(save(h), "");
+    EXPECT_EQ(kept->Commit(STGC_DEFAULT), STG_E_REVERTED);
+    EXPECT_EQ(kept->Revert(), STG_E_REVERTED);
+    EXPECT_EQ(kept->DestroyElement(OLESTR("renamed")), STG_E_REVERTED);
+
+    script.withStorage = [&](IStorage* root) {
+        ComPtr<IStorage> sub;
+        EXPECT_EQ(root->OpenStorage(OLESTR("renamed"), nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE,
+                                    nullptr, 0, sub.put()),
+                  S_OK);
+        EXPECT_EQ(root->OpenStorage(OLESTR("sub"), nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE,
+                                    nullptr, 0, sub.put()),
+                  STG_E_FILENOTFOUND);
+    };
+    EXPECT_EQ(load(h), "");
+}
+
 TEST_F(Persisting, CountsEveryResultButZeroAsAFailureAndOneOfThemAsSuccess) {
     struct Row {
         IID offered;

@@ -32,8 +32,9 @@ struct ObjectTree : ServerTest {
         return ServerTest::record(nodes.at(name));
     }
     std::string nameOf(const HOSInterfacePtr& link) {
+        const COMInstanceRecord* linked = recordOf(link);
         for (const auto& [name, array] : nodes)
-            if (recordOf(handle(array)) == recordOf(link)) return name;
+            if (linked && recordOf(handle(array)) == linked) return name;
         return "-";
     }
     std::string linksOf(const std::string& name) {

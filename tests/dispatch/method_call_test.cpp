@@ -18,6 +18,11 @@ class Methods : public Served<Methods> {
     static void declare(Builder& builder);
 
     void reset() {}
+    double sum(double a, double b, double c, double d, double e, double f, double g,
+               kit::Out<double> last) {
+        last = g;
+        return a + b + c + d + e + f + g;
+    }
     double twice(double x) { return 2 * x; }
     double scale(double x, kit::Optional<double> factor) { return x * factor.value_or(10); }
     void optionalThenOut(double, kit::Optional<double>, kit::Out<double> c) { c = 5; }
@@ -72,6 +77,7 @@ class Methods : public Served<Methods> {
 
 void Methods::declare(Builder& builder) {
     builder.method("Reset", &Methods::reset)
+        .method("Sum", &Methods::sum, {"a", "b", "c", "d", "e", "f", "g", "last"})
         .method("Twice", &Methods::twice, {"x"})
         .method("Scale", &Methods::scale, {"x", "factor"})
         .method("OptionalThenOut", &Methods::optionalThenOut, {"a", "b", "c"})
@@ -218,6 +224,16 @@ TEST_F(MethodCall, DeliversTheResultFirstThenTheOutputsThatWereWanted) {
     EXPECT_EQ(onlyCall().arguments[0].vt, VT_BYREF | VT_I4);
     EXPECT_EQ(taken(invoke("OutDecimal", 1).outputs[0]),
               "1.25"); // which fills the whole VARIANT
+}
+
+TEST_F(MethodCall, TakesMoreArgumentsThanMostMembersHave) {
+    std::vector<Array> numbers;
+    std::vector<const hxArray*> inputs;
+    for (int i = 1; i <= 7; ++i)
+        inputs.push_back(numbers.emplace_back(scalar(i)).get());
+    const velmar::Arrays outputs = call(object, "Sum", 2, inputs);
+    EXPECT_EQ(number(outputs[0].get()), 28);
+    EXPECT_EQ(number(outputs[1].get()), 7);
 }
 
 TEST_F(MethodCall, GivesAnInterfaceAReferenceForTheTimeOfTheCall) {

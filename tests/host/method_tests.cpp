@@ -47,6 +47,17 @@ TEST_F(Methods, TheCloserTypeWinsFromLeftToRight) {
         EXPECT_EQ(pick(row.object.get(), {row.input.get()}), row.answer);
 }
 
+TEST_F(Methods, OnesThatGiveTheWantedOutputsComeFirst) {
+    MethodSpec silent = {"pick", {"class", "asciiString"}, {}, [](Call) {}};
+    const TestClass shape({{silent, answering(2, {"class", "any"})}});
+    const unique_array object = shape.makeArray();
+    const unique_array a = text("a");
+    EXPECT_TRUE(velmar::callMember(object.get(), "pick", 0, {a.get()}).empty());
+    EXPECT_EQ(pick(object.get(), {a.get()}), 2);
+    EXPECT_EQ(errorOf([&] { velmar::callMember(object.get(), "pick", 2, {a.get()}); }),
+              "VELMAR:maxlhs");
+}
+
 TEST_F(Methods, AnExactCountBeatsOptionalAndVariableInputs) {
     MethodSpec optional = answering(1, {"class", "asciiString", "any"});
     optional.optional = 1;
