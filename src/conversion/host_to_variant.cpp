@@ -18,6 +18,8 @@
 namespace axlink2 {
 namespace {
 
+using platform::ScopedSafeArray;
+
 // What one conversion is asked for.
 struct Request {
     VARIANT& target;
@@ -42,9 +44,9 @@ void setMissing(VARIANT& target) {
     target.scode = DISP_E_PARAMNOTFOUND;
 }
 
-void setArray(const Request& request, VARTYPE vt, SAFEARRAY* array) {
+void setArray(const Request& request, VARTYPE vt, ScopedSafeArray array) {
     VARIANT& owner = request.byRef ? request.holders.add() : request.target;
-    owner.parray = array;
+    owner.parray = array.detach();
     owner.vt = static_cast<VARTYPE>(vt | VT_ARRAY);
     if (request.byRef) refer(request.target, owner.vt, &owner.parray);
 }
@@ -93,7 +95,8 @@ void convertNumeric(const Request& request, const NumericClass& row) {
         return isDouble && !request.byRef && hxIsScalar(request.value) && isNaN(request.value);
     };
     if (!request.isSmall() && !isMissing())
-        setArray(request, row.vartype, numericToSafeArray(request.value, row));
+        setArray(request, row.vartype,
+                 ScopedSafeArray::adopt(numericToSafeArray(request.value, row)));
     else if (isDouble)
         convertSmallDouble(request, row);
     else if (row.id == hxLOGICAL_CLASS)
@@ -110,13 +113,12 @@ void convertChar(const Request& request) {
 }
 
 void convertCell(const Request& request) {
-    SAFEARRAY* array = cellToSafeArray(request.value, VT_VARIANT, request.holders);
-    if (request.byRef || !axlink::PassSafeArrayByRef()) {
-        setArray(request, VT_VARIANT, array);
-        return;
-    }
+    auto array =
+        ScopedSafeArray::adopt(cellToSafeArray(request.value, VT_VARIANT, request.holders));
+    if (request.byRef || !axlink::PassSafeArrayByRef())
+        return setArray(request, VT_VARIANT, std::move(array));
     VARIANT& owner = request.holders.add();
-    owner.parray = array;
+    owner.parray = array.detach();
     owner.vt = VT_VARIANT | VT_ARRAY;
     refer(request.target, VT_VARIANT, &owner);
 }

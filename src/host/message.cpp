@@ -8,6 +8,15 @@
 #include <string_view>
 #include <unordered_map>
 
+namespace hmsgcore {
+
+MessageArgument::MessageArgument(std::int64_t number) : MessageArgument(std::to_string(number)) {}
+
+MessageArgument::MessageArgument(const std::string& narrow)
+    : text(platform::utf16FromUtf8(narrow)) {}
+
+} // namespace hmsgcore
+
 namespace hsys::i18n {
 namespace {
 
@@ -40,14 +49,6 @@ const Texts& catalogue() {
     return texts;
 }
 
-std::u16string textOf(const hmsgcore::MessageArgument& argument) {
-    if (const auto* number = std::get_if<std::int64_t>(&argument))
-        return platform::utf16FromUtf8(std::to_string(*number));
-    if (const auto* narrow = std::get_if<std::string>(&argument))
-        return platform::utf16FromUtf8(*narrow);
-    return std::get<std::u16string>(argument);
-}
-
 } // namespace
 
 const HsysLocale& HsysLocale::global() {
@@ -69,7 +70,7 @@ std::u16string MessageCatalog::get_message(const hmsgcore::BaseMsgID& message, c
             continue;
         }
         const auto number = static_cast<std::size_t>(text[at + 1] - u'1');
-        if (number < message.arguments.size()) result += textOf(message.arguments[number]);
+        if (number < message.arguments.size()) result += message.arguments[number].text;
         at += 2;
     }
     return result;

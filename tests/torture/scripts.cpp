@@ -140,7 +140,9 @@ const Script table[] = {
      "k.FireChildAdded('Ada');\n"
      "delete(l), delete(r), delete(m), delete(a)\n"
      "disp(h.Connections)\n",
-     "7\nold new\n4\nAda\n0\n"},
+     "7\nold new\n4\nAda\n0\n",
+     // A text that no memory is left for arrives as NaN, and joins the other as a null character.
+     "\u2400 new\nold \u2400\n"},
     keep("keep file", "FileDocument"),
     keep("keep storage", "StorageDocument"),
     keep("keep stream init", "StreamInitDocument"),
