@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace axlink2::bench {
 namespace {
@@ -15,18 +16,16 @@ double median(std::vector<double> values) {
 } // namespace
 
 Effort Effort::of(int argc, char** argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
     Effort effort;
-    for (int i = 1; i < argc; ++i) {
-        if (const std::string word = argv[i]; word != "short")
-            effort.only.push_back(word);
-        else
-            effort.rounds = 1, effort.secondsEach = 0.002, effort.judgesLimits = false;
-    }
+    if (std::ranges::count(words, "short"))
+        effort = {.rounds = 1, .secondsEach = 0.002, .judgesLimits = false, .only = {}};
+    std::ranges::remove_copy(words, std::back_inserter(effort.only), "short");
     return effort;
 }
 
 bool Effort::wants(const Case& which) const {
-    return only.empty() || std::any_of(only.begin(), only.end(), [&](const std::string& part) {
+    return only.empty() || std::ranges::any_of(only, [&](const std::string& part) {
                return which.name.find(part) != std::string::npos;
            });
 }
@@ -40,10 +39,10 @@ void Report::add(const Case& which, const std::vector<double>& raw,
     std::vector<double> ratios;
     for (std::size_t i = 0; i < raw.size() && i < ours.size(); ++i)
         ratios.push_back(ours[i] / raw[i]);
-    const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+    const auto [least, most] = std::ranges::minmax(ratios);
     const double ratio = median(ratios);
     std::printf("%-36s %12.1f %12.1f %8.2f  (%.2f to %.2f, limit %.1f)\n", which.name.c_str(),
-                median(raw), median(ours), ratio, *least, *most, which.limit);
+                median(raw), median(ours), ratio, least, most, which.limit);
     std::fflush(stdout);
     ++measured_;
     if (ratio > which.limit) over_.push_back(which.name);
