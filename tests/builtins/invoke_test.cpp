@@ -33,8 +33,7 @@ TEST_F(Invoke, CallsDeclaredMethodsAsAProgramWould) {
     const Array name = text("Both");
     const auto both = call(h, "invoke", 2, {name.get()});
     EXPECT_EQ(plain(both[0].get()), "1.5");
-    EXPECT_EQ(hxGetClassID(both[1].get()),
-              hxINT32_CLASS); // as declared, through its converter
+    EXPECT_EQ(hxGetClassID(both[1].get()), hxINT32_CLASS); // as declared, through its converter
     EXPECT_EQ(call(h, "invoke", 0, {text("Reset").get()}).size(), 0u);
     EXPECT_EQ(get(h, text("Width")), "0");
     EXPECT_NE(errorIn(h, "invoke", text("Add"), scalar(1)), "");

@@ -43,8 +43,7 @@ TEST_F(Set, ListsWhatMayBeWrittenWithoutAskingTheServer) {
 TEST_F(Set, GivesThePossibleValuesOfOneProperty) {
     EXPECT_EQ(plain(ask(0, h, "set", text("Shade")).get()), "{'dark' 'bright'}(2x1)");
     EXPECT_EQ(plain(ask(1, h, "set", text("Width")).get()), "{}(0x0)");
-    EXPECT_EQ(plain(ask(1, h, "set", text("Count")).get()),
-              "[](0x0)"); // can't be written
+    EXPECT_EQ(plain(ask(1, h, "set", text("Count")).get()), "[](0x0)"); // can't be written
     for (const char* name : {"Nothing", "width", "Secret", ""}) {
         const auto error = describedErrorOf([&] { set(text(name)); });
         EXPECT_EQ(error.identifier, "VELMAR:legacy_two_part:noSuchMethodOrField") << name;
@@ -57,8 +56,7 @@ TEST_F(Set, GivesThePossibleValuesOfOneProperty) {
 TEST_F(Set, WritesNamesAndValuesInEveryForm) {
     set(text("Width"), scalar(3));
     EXPECT_EQ(now(), "{'first' 3 5}(1x3)");
-    set(text("Name"), text("a"), text("Secret"),
-        scalar(6)); // the second by the server's name
+    set(text("Name"), text("a"), text("Secret"), scalar(6)); // the second by the server's name
     EXPECT_EQ(now(), "{'a' 3 6}(1x3)");
     set(cell(text("Name"), text("Width")), cell(text("b"), scalar(4)));
     EXPECT_EQ(now(), "{'b' 4 6}(1x3)");
