@@ -4,10 +4,10 @@
 namespace axlink2 {
 
 void COMCallArguments::makeMoreSlots() {
-    moreVariants_ = std::make_unique<VARIANT[]>(2 * slots());
-    moreTypes_ = std::make_unique<VARTYPE[]>(slots());
+    moreVariants_ = std::make_unique<VARIANT[]>(2 * slots_);
+    moreTypes_ = std::make_unique<VARTYPE[]>(slots_);
     variants_ = moreVariants_.get();
-    backing_ = variants_ + slots();
+    backing_ = variants_ + slots_;
     passedTypes_ = moreTypes_.get();
 }
 
@@ -26,28 +26,28 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
             continue;
         }
         if (++given >= inputCount) return;
-        takeSlot();
-        VARIANT& passed = variants_[firstUsed_];
-        VARIANT& behind = backing_[firstUsed_];
+        const std::size_t slot = takeSlot();
+        VARIANT& passed = variants_[slot];
+        VARIANT& behind = backing_[slot];
         argument.converter->toVariant(inputs[given], &passed, &behind, argument.byReference);
         // At once, as a later conversion may raise and every filled slot is cleared then.
         argument.converter->retainForPut(argument.byReference ? &behind : &passed);
-        passedTypes_[firstUsed_] = passed.vt;
+        passedTypes_[slot] = passed.vt;
         if (argument.output) ++outputCount_;
     }
 }
 
 void COMCallArguments::fillOutput(const COMArgInfo& argument) {
-    takeSlot();
-    backing_[firstUsed_].vt = argument.converter->vartype;
-    makeByRefVariant(&variants_[firstUsed_], &backing_[firstUsed_]);
-    passedTypes_[firstUsed_] = variants_[firstUsed_].vt;
+    const std::size_t slot = takeSlot();
+    backing_[slot].vt = argument.converter->vartype;
+    makeByRefVariant(&variants_[slot], &backing_[slot]);
+    passedTypes_[slot] = variants_[slot].vt;
     ++outputCount_;
 }
 
 void COMCallArguments::trimOutputs(std::size_t wanted) {
-    for (std::size_t slot = slots(); slot-- > firstUsed_;) {
-        if (!arguments_[slots() - 1 - slot].output) continue;
+    for (std::size_t slot = slots_; slot-- > firstUsed_;) {
+        if (!arguments_[slots_ - 1 - slot].output) continue;
         if (wanted > 0)
             --wanted;
         else
@@ -58,7 +58,7 @@ void COMCallArguments::trimOutputs(std::size_t wanted) {
 COMCallArguments::Output COMCallArguments::takeOutput() {
     while (nextOutput_ > 0) {
         const std::size_t slot = --nextOutput_;
-        const COMArgInfo& argument = arguments_[slots() - 1 - slot];
+        const COMArgInfo& argument = arguments_[slots_ - 1 - slot];
         if (!argument.output) continue;
         while (firstUsed_ > slot) // behind an input that wasn't given: empty
             takeSlot();

@@ -27,13 +27,13 @@ class COMCallArguments {
   public:
     // Room for all of `arguments`, which must outlive the block.
     explicit COMCallArguments(const std::vector<COMArgInfo>& arguments)
-        : arguments_(arguments), firstUsed_(arguments.size()), nextOutput_(arguments.size()) {
-        if (slots() > ownSlots) makeMoreSlots();
+        : arguments_(arguments), slots_(arguments.size()), firstUsed_(slots_), nextOutput_(slots_) {
+        if (slots_ > ownSlots) makeMoreSlots();
     }
     COMCallArguments(const COMCallArguments&) = delete;
     COMCallArguments& operator=(const COMCallArguments&) = delete;
     ~COMCallArguments() {
-        for (std::size_t slot = firstUsed_; slot < slots(); ++slot)
+        for (std::size_t slot = firstUsed_; slot < slots_; ++slot)
             if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt))
                 VariantClear(&owner);
     }
@@ -54,18 +54,18 @@ class COMCallArguments {
     DISPPARAMS params() {
         return {count() ? &variants_[firstUsed_] : nullptr, nullptr, count(), 0};
     }
-    UINT count() const { return static_cast<UINT>(slots() - firstUsed_); }
+    UINT count() const { return static_cast<UINT>(slots_ - firstUsed_); }
     std::size_t outputCount() const { return outputCount_; }
 
   private:
-    std::size_t slots() const { return arguments_.size(); }
     void makeMoreSlots();
     // Makes the next slot a used one, empty.
-    void takeSlot() {
-        --firstUsed_;
-        variants_[firstUsed_] = VARIANT{};
-        backing_[firstUsed_] = VARIANT{};
-        passedTypes_[firstUsed_] = VT_EMPTY;
+    std::size_t takeSlot() {
+        const std::size_t slot = --firstUsed_;
+        variants_[slot] = VARIANT{};
+        backing_[slot] = VARIANT{};
+        passedTypes_[slot] = VT_EMPTY;
+        return slot;
     }
     void fillOutput(const COMArgInfo& argument);
     // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
@@ -83,6 +83,7 @@ class COMCallArguments {
     static constexpr std::size_t ownSlots = 6;
 
     const std::vector<COMArgInfo>& arguments_;
+    const std::size_t slots_;
     std::size_t firstUsed_;
     std::size_t outputCount_ = 0;
     std::size_t nextOutput_; // slot that outputs were collected down to

@@ -246,7 +246,8 @@ hxArray* do_shared_copy(const hxArray* array) {
 } // namespace harray::detail
 
 hxArray::~hxArray() {
-    if (store) harray::detail::releaseStore(*this);
+    // Plain elements in the array's own place end with it.
+    if (block || kind != harray::detail::ElementKind::Plain) harray::detail::releaseStore(*this);
 }
 
 void harray::destroyArray(hxArray* array) {

@@ -70,16 +70,14 @@ void writeProperty(hos::HOSInterface& object, hos::id name, const char* text,
         property.info->setValue(&object, hos::HOSValue::ofPointer(&source));
         return;
     }
-    if (property.type->host) property.type->host->require(source);
-    struct Ending {
+    // The others look at the array as they convert it.
+    if (property.type->holdsArrays()) property.type->host->require(source);
+    const struct Converted {
         const TypeEntry& type;
-        hos::HOSValue value;
-        bool owned;
-        ~Ending() {
-            if (owned) type.releaseValue(value);
-        }
-    } converted{*property.type, {}, false};
-    converted.value = property.type->valueOf(&source, converted.owned);
+        const hxArray* source;
+        const hos::HOSValue value;
+        ~Converted() { type.endInput(value, source); }
+    } converted{*property.type, &source, property.type->valueOf(&source)};
     property.info->setValue(&object, converted.value);
 }
 

@@ -3,20 +3,42 @@
 #include "host/method_group.h"
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 
 namespace velmar {
 namespace {
 
-using Values = boost::container::small_vector<hos::HOSValue, 8>;
+// The values of one call, null at first. Most calls have few and need no allocation.
+class Values {
+  public:
+    explicit Values(std::size_t count) : count_(count) {
+        if (count <= std::size(few_)) return;
+        many_ = std::make_unique<hos::HOSValue[]>(count);
+        values_ = many_.get();
+    }
+    Values(const Values&) = delete;
+    Values& operator=(const Values&) = delete;
+
+    hos::HOSValue* data() { return values_; }
+    hos::HOSValue& operator[](std::size_t i) { return values_[i]; }
+    std::size_t size() const { return count_; }
+
+  private:
+    const std::size_t count_;
+    hos::HOSValue few_[8];
+    std::unique_ptr<hos::HOSValue[]> many_;
+    hos::HOSValue* values_ = few_;
+};
 
 // The input values of one call; ends those that were made for it.
 class InputValues {
   public:
     InputValues(const MethodPlan& plan, Inputs inputs)
-        : plan_(plan), values_(inputs.size()), owned_(inputs.size()) {
+        : plan_(plan), inputs_(inputs), values_(inputs.size()) {
         try {
-            for (std::size_t i = 0; i < inputs.size(); ++i)
-                values_[i] = plan.input(i).valueOf(inputs[i], owned_[i]);
+            for (; made_ < inputs.size(); ++made_)
+                values_[made_] = plan.input(made_).valueOf(inputs[made_]);
         } catch (...) {
             release();
             throw;
@@ -30,13 +52,14 @@ class InputValues {
 
   private:
     void release() {
-        for (std::size_t i = 0; i < owned_.size(); ++i)
-            if (owned_[i]) plan_.input(i).releaseValue(values_[i]);
+        for (std::size_t i = 0; i < made_; ++i)
+            plan_.input(i).endInput(values_[i], inputs_[i]);
     }
 
     const MethodPlan& plan_;
+    const Inputs inputs_;
     Values values_;
-    boost::container::small_vector<bool, 8> owned_;
+    std::size_t made_ = 0;
 };
 
 // The output values of one call; ends what nobody took.

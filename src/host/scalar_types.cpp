@@ -8,8 +8,7 @@
 
 namespace velmar {
 
-void HostType::require(const hxArray& array) const {
-    if (fit(array) != Fit::None) return;
+void HostType::failMisfit(const hxArray& array) const {
     std::string what = hxGetClassName(&array);
     std::string shape;
     for (std::size_t i = 0; i < array.rank; ++i)
@@ -44,14 +43,16 @@ class ScalarType final : public HostType {
 
     void convertFromHost(hos::HOSValue* out, const hxArray* array) override {
         const hxArray& source = harray::detail::reading(array);
-        require(source);
-        visitNumbers(source, [&](const auto* number) {
-            const T value = convertNumber<T>(*number);
-            if constexpr (isWordInteger<T>)
-                *out = hos::HOSValue::ofInteger(static_cast<std::int64_t>(value));
-            else
-                *out = hos::HOSValue::ofDouble(static_cast<double>(value));
-        });
+        switch (fit(source)) {
+        case Fit::Exact:
+            *out = valueOf(*source.elements<T>());
+            return;
+        case Fit::None:
+            failMisfit(source);
+        default:
+            visitNumbers(source,
+                         [&](const auto* number) { *out = valueOf(convertNumber<T>(*number)); });
+        }
     }
 
     void convertToHost(hxArray** out, hos::HOSValue value) override {
@@ -67,6 +68,12 @@ class ScalarType final : public HostType {
     }
 
   private:
+    static hos::HOSValue valueOf(T number) {
+        if constexpr (isWordInteger<T>)
+            return hos::HOSValue::ofInteger(static_cast<std::int64_t>(number));
+        else
+            return hos::HOSValue::ofDouble(static_cast<double>(number));
+    }
     static bool isNan(const hxArray& array) {
         if (array.classId == hxDOUBLE_CLASS) return std::isnan(*array.elements<double>());
         if (array.classId == hxSINGLE_CLASS) return std::isnan(*array.elements<float>());

@@ -32,7 +32,12 @@ class HostType : public hos::HOSDataType, public hos::HOSTypeConversion {
     // Whether the word is all of a value, so that nothing has to end it.
     virtual bool isWord() const { return false; }
     // Raises unless the array fits.
-    void require(const hxArray& array) const;
+    void require(const hxArray& array) const {
+        if (fit(array) == Fit::None) failMisfit(array);
+    }
+
+  protected:
+    [[noreturn]] void failMisfit(const hxArray& array) const;
 };
 
 // The types that every host has: arrays, objects, text and scalars. The caller owns them.
@@ -50,16 +55,23 @@ struct TypeEntry {
     bool isWord = false;                          // values need no end
 
     bool holdsArrays() const { return host && host->isVELMARArrayType(); }
-    Fit fit(const hxArray& array) const;
+    Fit fit(const hxArray& array) const { return host ? host->fit(array) : openFit(array); }
 
-    // A value of the type, which the array must fit. `owned` tells whether `releaseValue` must end
-    // it; else it is the array.
-    hos::HOSValue valueOf(const hxArray* array, bool& owned) const;
+    // A value of the type, which the array must fit: perhaps the array itself, which stays its
+    // owner's. `endInput` ends it. Null reads as a 0-by-0 double.
+    hos::HOSValue valueOf(const hxArray* array) const;
+    void endInput(hos::HOSValue value, const hxArray* array) const {
+        if (!isWord && value.array() != &harray::detail::reading(array)) releaseValue(value);
+    }
     // The array of a value that the caller owned; the value ends. Null stands for no array.
     harray::unique_array takeArray(hos::HOSValue value) const;
     void releaseValue(hos::HOSValue value) const {
         if (type && !isWord) type->releaseValue(value);
     }
+
+  private:
+    // How an array fits a module's type.
+    Fit openFit(const hxArray& array) const;
 };
 
 // The entry of a name, which may be unknown as yet.

@@ -56,8 +56,7 @@ Repository& repository() {
 
 const TypeEntry& typeEntry(hos::id name) { return repository().known(name); }
 
-Fit TypeEntry::fit(const hxArray& array) const {
-    if (host) return host->fit(array);
+Fit TypeEntry::openFit(const hxArray& array) const {
     if (!conversion) return Fit::None;
     if (!enumeration) return Fit::Open;
     if (hoststring::isScalarText(&array, false, true)) return Fit::Text;
@@ -65,16 +64,12 @@ Fit TypeEntry::fit(const hxArray& array) const {
     return number.fit(array) == Fit::None ? Fit::None : Fit::Convertible;
 }
 
-hos::HOSValue TypeEntry::valueOf(const hxArray* array, bool& owned) const {
+hos::HOSValue TypeEntry::valueOf(const hxArray* array) const {
     const hxArray& source = harray::detail::reading(array);
-    if (host && host->passes(source)) {
-        owned = false;
-        return hos::HOSValue::ofPointer(&source);
-    }
+    if (!isWord && host && host->passes(source)) return hos::HOSValue::ofPointer(&source);
     if (!conversion) fail(keys::UnknownType, name.str());
     hos::HOSValue value;
     conversion->convertFromHost(&value, &source);
-    owned = !isWord;
     return value;
 }
 

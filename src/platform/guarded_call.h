@@ -28,9 +28,8 @@ Fault callGuarded(void (*function)(void*), void* context);
 
 // The same for anything callable; what it returns is dropped.
 template <class F>
-Fault guarded(F&& f) {
-    auto call = [&f] { static_cast<void>(f()); };
-    return callGuarded([](void* context) { (*static_cast<decltype(call)*>(context))(); }, &call);
+Fault guarded(F f) {
+    return callGuarded([](void* context) { static_cast<void>((*static_cast<F*>(context))()); }, &f);
 }
 
 } // namespace platform
