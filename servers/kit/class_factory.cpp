@@ -1,6 +1,7 @@
 // Class factories and registrations.
 #include "servers/kit/class_factory.h"
 
+#include "platform/counted.h"
 #include "platform/registry_files.h"
 #include "platform/text.h"
 
@@ -17,25 +18,10 @@ namespace {
 
 std::atomic<int> locks = 0;
 
-class ClassFactory final : public IClassFactory, LiveObject {
+class ClassFactory final : public platform::CountedInterface<IClassFactory>, LiveObject {
   public:
     explicit ClassFactory(std::function<platform::ComPtr<IDispatch>()> make)
         : LiveObject("ClassFactory"), make_(std::move(make)) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && iid != IID_IClassFactory) return E_NOINTERFACE;
-        AddRef();
-        *object = static_cast<IClassFactory*>(this);
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object) return E_POINTER;
@@ -52,7 +38,8 @@ class ClassFactory final : public IClassFactory, LiveObject {
     }
 
   private:
-    std::atomic<ULONG> references_ = 1;
+    bool isOffered(REFIID iid) const override { return iid == IID_IClassFactory; }
+
     std::function<platform::ComPtr<IDispatch>()> make_;
 };
 

@@ -50,14 +50,6 @@ HRESULT DispatchObject::QueryInterface(REFIID iid, void** object) {
     return S_OK;
 }
 
-ULONG DispatchObject::AddRef() { return ++references_; }
-
-ULONG DispatchObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-}
-
 HRESULT DispatchObject::GetTypeInfoCount(UINT* count) {
     if (!count) return E_POINTER;
     *count = definition_.parts().hasTypeInfo ? 1 : 0;

@@ -1,28 +1,25 @@
 // The base of every server object: IDispatch, connection points and class information.
 #pragma once
 
+#include "platform/counted.h"
 #include "servers/kit/call_log.h"
 #include "servers/kit/class_builder.h"
 #include "servers/kit/connection_point.h"
 #include "servers/kit/live_objects.h"
 
 #include <array>
-#include <atomic>
 
 namespace kit {
 
 // A class derives from this, hands its definition to the constructor, and writes its members as
 // ordinary member functions. An object starts with one reference, the creator's.
-class DispatchObject : public IDispatch,
-                       public IConnectionPointContainer,
-                       public IProvideClassInfo2,
-                       public LiveObject {
+class DispatchObject
+    : public platform::Counted<IDispatch, IConnectionPointContainer, IProvideClassInfo2>,
+      public LiveObject {
   public:
     explicit DispatchObject(const ClassDefinition& definition);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
@@ -62,17 +59,14 @@ class DispatchObject : public IDispatch,
     ConnectionPoint& events() { return events_; }
     const ClassDefinition& definition() const { return definition_; }
 
-    ULONG references() const { return references_.load(); }
-
   protected:
-    virtual ~DispatchObject();
+    ~DispatchObject() override;
 
     // For interfaces beyond the base's: the pointer, without a reference, or null.
     virtual void* findInterface(REFIID iid);
 
   private:
     const ClassDefinition& definition_;
-    std::atomic<ULONG> references_ = 1;
     ConnectionPoint events_;
 };
 

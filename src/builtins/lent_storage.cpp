@@ -1,30 +1,19 @@
 // IStorage, handed on call by call.
 #include "builtins/lent_storage.h"
 
-#include <atomic>
+#include "platform/counted.h"
 
 namespace axlink2 {
 
-class LentStorage::StandIn final : public IStorage {
+class LentStorage::StandIn final : public platform::CountedInterface<IStorage> {
   public:
     explicit StandIn(platform::ComPtr<IStorage> storage) : storage_(std::move(storage)) {}
     void takeBack() { storage_.reset(); }
 
     // Interfaces beyond IStorage are the storage's own.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && iid != IID_IStorage)
-            return storage_ ? storage_->QueryInterface(iid, object) : E_NOINTERFACE;
-        AddRef();
-        *object = static_cast<IStorage*>(this);
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
+        const HRESULT own = CountedInterface::QueryInterface(iid, object);
+        return own == E_NOINTERFACE && storage_ ? storage_->QueryInterface(iid, object) : own;
     }
 
     HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR* name, DWORD mode, DWORD reserved1,
@@ -82,7 +71,7 @@ class LentStorage::StandIn final : public IStorage {
     }
 
   private:
-    ~StandIn() = default;
+    bool isOffered(REFIID iid) const override { return iid == IID_IStorage; }
 
     template <class... Parameters>
     HRESULT handOn(HRESULT (STDMETHODCALLTYPE IStorage::*method)(Parameters...),
@@ -91,7 +80,6 @@ class LentStorage::StandIn final : public IStorage {
     }
 
     platform::ComPtr<IStorage> storage_;
-    std::atomic<ULONG> references_ = 1;
 };
 
 LentStorage::LentStorage(platform::ComPtr<IStorage> storage)

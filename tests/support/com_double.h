@@ -1,35 +1,23 @@
 // Beginnings of COM objects that tests write by hand.
 #pragma once
 
-#include "platform/com.h"
+#include "platform/counted.h"
 #include "servers/kit/live_objects.h"
 
 namespace axlink2::test {
 
-// An object with one reference, its creator's, which the kit counts among what is alive.
+// A counted object that the kit counts among what is alive.
 template <class... Interfaces>
-class Counted : public Interfaces..., public kit::LiveObject {
-  public:
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-
+class Counted : public platform::Counted<Interfaces...>, public kit::LiveObject {
   protected:
     explicit Counted(const char* name) : LiveObject(name) {}
-    virtual ~Counted() = default;
 
     // Hands `object` out where it is known under the identifier that was asked for.
     HRESULT offer(bool isKnown, IUnknown* object, void** out) {
         *out = isKnown ? object : nullptr;
-        if (isKnown) AddRef();
+        if (isKnown) this->AddRef();
         return isKnown ? S_OK : E_NOINTERFACE;
     }
-
-  private:
-    ULONG references_ = 1;
 };
 
 // An interface whose members answer E_NOTIMPL, but for those that a test is about.

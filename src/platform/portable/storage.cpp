@@ -1,6 +1,7 @@
 // IStorage over the entries of a compound file.
 #include "platform/portable/storage.h"
 
+#include "platform/counted.h"
 #include "platform/portable/storage_calls.h"
 #include "platform/portable/stream.h"
 
@@ -36,7 +37,7 @@ const OpenableEntry& openable(const Element& element) {
     return std::visit([](const auto& entry) -> const OpenableEntry& { return *entry; }, element);
 }
 
-class Storage final : public Counted<IStorage> {
+class Storage final : public CountedInterface<IStorage> {
   public:
     explicit Storage(StorageOpening opening)
         : opened_(std::move(opening)), isTransacted_((opened_.mode & STGM_TRANSACTED) != 0),

@@ -5,7 +5,6 @@
 #include "platform/portable/persistence.h"
 #include "platform/text.h"
 
-#include <atomic>
 #include <new>
 
 namespace platform {
@@ -33,32 +32,5 @@ constexpr bool isMode(DWORD mode, DWORD others) {
 // Describes an open storage or stream. The name is the receiver's, to be freed with CoTaskMemFree.
 HRESULT describe(STATSTG* stat, DWORD flags, STGTY type, OleView name, DWORD mode, std::size_t size,
                  const CLSID& clsid);
-
-// The counted references of an object with one interface, and its bases, which `isOffered` tells.
-template <class Interface>
-class Counted : public Interface {
-  public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && !isOffered(iid)) return E_NOINTERFACE;
-        AddRef();
-        *object = static_cast<Interface*>(this);
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-
-  protected:
-    virtual ~Counted() = default;
-
-  private:
-    virtual bool isOffered(REFIID iid) const = 0;
-    std::atomic<ULONG> references_ = 1;
-};
 
 } // namespace platform

@@ -1,4 +1,5 @@
 // Going through the elements of a storage: the enumerator, and copies into another storage.
+#include "platform/counted.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/storage.h"
 #include "platform/portable/storage_calls.h"
@@ -11,7 +12,7 @@ namespace {
 
 using Elements = std::shared_ptr<const std::vector<ElementDescription>>;
 
-class ElementEnumerator final : public Counted<IEnumSTATSTG> {
+class ElementEnumerator final : public CountedInterface<IEnumSTATSTG> {
   public:
     ElementEnumerator(Elements elements, std::size_t position)
         : elements_(std::move(elements)), position_(position) {}

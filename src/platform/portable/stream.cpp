@@ -1,6 +1,7 @@
 // IStream over the bytes of an entry.
 #include "platform/portable/stream.h"
 
+#include "platform/counted.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/storage_calls.h"
 
@@ -12,7 +13,7 @@ namespace platform {
 
 namespace {
 
-class Stream final : public Counted<IStream> {
+class Stream final : public CountedInterface<IStream> {
   public:
     Stream(std::shared_ptr<StreamEntry> entry, OleView name, DWORD mode,
            std::shared_ptr<Lifetime> lifetime)

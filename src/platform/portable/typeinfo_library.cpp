@@ -84,16 +84,6 @@ HRESULT TypeLibrary::QueryInterface(REFIID iid, void** object) {
     return S_OK;
 }
 
-ULONG TypeLibrary::AddRef() { return ++references_; }
-
-ULONG TypeLibrary::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
-    }
-    return left;
-}
-
 UINT TypeLibrary::GetTypeInfoCount() { return static_cast<UINT>(types_.size()); }
 
 HRESULT TypeLibrary::GetTypeInfo(UINT index, ITypeInfo** typeInfo) {

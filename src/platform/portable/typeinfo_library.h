@@ -1,13 +1,14 @@
 // A type library in memory, which owns its types.
 #pragma once
 
+#include "platform/counted.h"
 #include "platform/portable/typeinfo_type.h"
 
 namespace platform {
 
 // One count of references for the library and its types. References from type to type within the
 // library aren't counted; those to types of other libraries are.
-class TypeLibrary final : public ICreateTypeLib2, public ITypeLib {
+class TypeLibrary final : public Counted<ICreateTypeLib2, ITypeLib> {
   public:
     explicit TypeLibrary(SYSKIND sysKind);
 
@@ -22,8 +23,6 @@ class TypeLibrary final : public ICreateTypeLib2, public ITypeLib {
     ComPtr<ITypeInfo> resolve(HREFTYPE refType) const;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
 
     // ITypeLib
     UINT STDMETHODCALLTYPE GetTypeInfoCount() override;
@@ -57,7 +56,7 @@ class TypeLibrary final : public ICreateTypeLib2, public ITypeLib {
     HRESULT STDMETHODCALLTYPE SetHelpStringDll(LPOLESTR fileName) override;
 
   private:
-    ~TypeLibrary() = default;
+    ~TypeLibrary() override = default;
 
     // A type of this library, or a counted one of another.
     struct Reference {
@@ -65,7 +64,6 @@ class TypeLibrary final : public ICreateTypeLib2, public ITypeLib {
         ComPtr<ITypeInfo> foreign;
     };
 
-    std::atomic<ULONG> references_{1};
     TLIBATTR attr_{};
     OptionalText name_;
     OptionalText doc_;
