@@ -4,11 +4,9 @@
 #include "platform/holders.h"
 #include "platform/portable/apartment.h"
 #include "platform/portable/class_registration.h"
+#include "platform/portable/cookie_table.h"
 #include "platform/portable/system.h"
 #include "platform/shared_library.h"
-
-#include <map>
-#include <mutex>
 
 namespace {
 
@@ -21,11 +19,7 @@ struct RegisteredClass {
     bool singleUse = false;
 };
 
-struct RegisteredClasses {
-    std::mutex mutex;
-    std::map<DWORD, RegisteredClass> byCookie;
-    DWORD lastCookie = 0;
-};
+using RegisteredClasses = platform::CookieTable<RegisteredClass>;
 
 RegisteredClasses& registeredClasses() {
     static RegisteredClasses classes;
@@ -171,22 +165,9 @@ HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* object, DWORD context, D
     RegisteredClasses& classes = registeredClasses();
     const std::lock_guard lock(classes.mutex);
     const bool singleUse = (flags & (REGCLS_MULTIPLEUSE | REGCLS_MULTI_SEPARATE)) == 0;
-    classes.byCookie[++classes.lastCookie] = {clsid, ComPtr<IUnknown>::borrow(object), context,
-                                              singleUse};
-    *cookie = classes.lastCookie;
+    *cookie = classes.add({clsid, ComPtr<IUnknown>::borrow(object), context, singleUse});
     return S_OK;
 }
 
-HRESULT CoRevokeClassObject(DWORD cookie) {
-    RegisteredClasses& classes = registeredClasses();
-    RegisteredClass revoked; // released after the lock, as it may come back here
-    const std::lock_guard lock(classes.mutex);
-    const auto found = classes.byCookie.find(cookie);
-    if (found == classes.byCookie.end()) {
-        return E_INVALIDARG;
-    }
-    revoked = std::move(found->second);
-    classes.byCookie.erase(found);
-    return S_OK;
-}
+HRESULT CoRevokeClassObject(DWORD cookie) { return registeredClasses().revoke(cookie); }
 }

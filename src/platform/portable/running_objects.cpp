@@ -2,10 +2,9 @@
 #include "platform/holders.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/apartment.h"
+#include "platform/portable/cookie_table.h"
 
 #include <algorithm>
-#include <map>
-#include <mutex>
 
 namespace {
 
@@ -16,11 +15,7 @@ struct RunningObject {
     ComPtr<IUnknown> object;
 };
 
-struct RunningObjects {
-    std::mutex mutex;
-    std::map<DWORD, RunningObject> byCookie;
-    DWORD lastCookie = 0;
-
+struct RunningObjects : platform::CookieTable<RunningObject> {
     auto find(REFCLSID clsid) {
         return std::find_if(byCookie.begin(), byCookie.end(),
                             [&](const auto& entry) { return entry.second.clsid == clsid; });
@@ -48,23 +43,11 @@ HRESULT RegisterActiveObject(IUnknown* object, REFCLSID clsid, DWORD flags, DWOR
     RunningObjects& objects = runningObjects();
     const std::lock_guard lock(objects.mutex);
     const bool again = objects.find(clsid) != objects.byCookie.end();
-    objects.byCookie[++objects.lastCookie] = {clsid, ComPtr<IUnknown>::borrow(object)};
-    *cookie = objects.lastCookie;
+    *cookie = objects.add({clsid, ComPtr<IUnknown>::borrow(object)});
     return again ? MK_S_MONIKERALREADYREGISTERED : S_OK;
 }
 
-HRESULT RevokeActiveObject(DWORD cookie, void*) {
-    RunningObjects& objects = runningObjects();
-    RunningObject revoked; // released after the lock, as it may come back here
-    const std::lock_guard lock(objects.mutex);
-    const auto found = objects.byCookie.find(cookie);
-    if (found == objects.byCookie.end()) {
-        return E_INVALIDARG;
-    }
-    revoked = std::move(found->second);
-    objects.byCookie.erase(found);
-    return S_OK;
-}
+HRESULT RevokeActiveObject(DWORD cookie, void*) { return runningObjects().revoke(cookie); }
 
 HRESULT GetActiveObject(REFCLSID clsid, void*, IUnknown** object) {
     if (!object) {
