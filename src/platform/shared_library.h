@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace platform {
@@ -12,9 +13,6 @@ class SharedLibrary {
     SharedLibrary() = default;
     // Opens the library. On failure the holder is empty and error() says why.
     explicit SharedLibrary(const std::filesystem::path& file);
-    SharedLibrary(SharedLibrary&& other) noexcept;
-    SharedLibrary& operator=(SharedLibrary&& other) noexcept;
-    ~SharedLibrary();
 
     explicit operator bool() const { return handle_ != nullptr; }
     const std::string& error() const { return error_; }
@@ -26,12 +24,17 @@ class SharedLibrary {
     }
 
     // Leaves the library loaded to the end of the process.
-    void keep() { handle_ = nullptr; }
+    void keep() { (void)handle_.release(); }
 
   private:
+    // Each system's own.
+    void open(const std::filesystem::path& absolute);
     void* findAddress(const char* name) const;
+    struct Close {
+        void operator()(void* handle) const;
+    };
 
-    void* handle_ = nullptr;
+    std::unique_ptr<void, Close> handle_;
     std::string error_;
 };
 
