@@ -1,6 +1,8 @@
 // Arguments and outputs of another kind than declared.
 #include "servers/kit/parameters.h"
 
+#include "platform/element_size.h"
+
 namespace kit {
 
 namespace {
@@ -8,26 +10,10 @@ namespace {
 // VT_HRESULT is no kind that anything converts to; its value is that of a VT_I4.
 VARTYPE conversionTarget(VARTYPE vt) { return vt == VT_HRESULT ? static_cast<VARTYPE>(VT_I4) : vt; }
 
+// Of what no array can hold, the payload is a pointer.
 std::size_t payloadSize(VARTYPE vt) {
-    switch (vt) {
-    case VT_I1:
-    case VT_UI1:
-        return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-        return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-    case VT_HRESULT:
-        return 4;
-    default:
-        return 8;
-    }
+    const ULONG size = platform::elementSize(conversionTarget(vt));
+    return size ? size : sizeof(void*);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "fuzz/scripted_server.h"
 
 #include "fuzz/scripted_types.h"
-#include "platform/portable/safearray_elements.h"
+#include "platform/element_size.h"
 
 #include <utility>
 
@@ -116,7 +116,8 @@ void ScriptedServer::writeOutputs(DISPPARAMS& params) {
         } else if (value.vt == wanted || SUCCEEDED(VariantChangeType(&value, &value, 0, wanted))) {
             VARIANT old{};
             old.vt = wanted;
-            const std::size_t size = wanted & VT_ARRAY ? sizeof(SAFEARRAY*) : elementSize(wanted);
+            const std::size_t size =
+                wanted & VT_ARRAY ? sizeof(SAFEARRAY*) : platform::elementSize(wanted);
             std::memcpy(&old.llVal, argument.byref, size);
             std::memcpy(argument.byref, &value.llVal, size);
             value = old;

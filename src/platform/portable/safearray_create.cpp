@@ -1,10 +1,13 @@
 // Life of SAFEARRAYs: descriptors, data, copies, resizing.
+#include "platform/element_size.h"
 #include "platform/portable/bstr.h"
 #include "platform/portable/safearray_elements.h"
 #include "platform/portable/safearray_layout.h"
 
 #include <cstdlib>
 #include <cstring>
+
+using platform::elementSize;
 
 namespace {
 

@@ -5,12 +5,8 @@
 #include "platform/portable/variant.h"
 
 #include <cstring>
-#include <iterator>
 
 namespace {
-
-constexpr ULONG sizes[] = {0,  0, 2,  4, 4, 8, 8, 8, 8, 8, 4, 2,
-                           24, 8, 16, 0, 1, 1, 2, 4, 8, 8, 4, 4};
 
 void releaseElement(BSTR& text) { SysFreeString(text); }
 void releaseElement(IUnknown*& object) {
@@ -70,11 +66,6 @@ USHORT ownedKind(const SAFEARRAY& array) {
 }
 
 } // namespace
-
-ULONG elementSize(VARTYPE vt) noexcept {
-    if (vt == VT_INT_PTR || vt == VT_UINT_PTR) return sizeof(INT_PTR);
-    return vt < std::size(sizes) ? sizes[vt] : 0;
-}
 
 USHORT elementFeatures(VARTYPE vt) noexcept {
     switch (vt) {

@@ -3,9 +3,6 @@
 
 #include "platform/portable/safearray.h"
 
-// Bytes of one element; 0 for kinds that arrays can't hold.
-ULONG elementSize(VARTYPE vt) noexcept;
-
 // The fFeatures that say what elements of the kind own.
 USHORT elementFeatures(VARTYPE vt) noexcept;
 

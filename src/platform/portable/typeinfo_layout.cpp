@@ -1,4 +1,5 @@
 // LayOut: member ids that were left open, places in method tables, offsets in records.
+#include "platform/element_size.h"
 #include "platform/portable/typeinfo_library.h"
 #include "platform/typeinfo_holders.h"
 
@@ -17,21 +18,8 @@ constexpr Extent plain(ULONG size) { return {size, size}; }
 // What a value of the type takes up in a record of this system; size 0 for a type without values.
 Extent extentOf(const TypeLibrary& library, const TYPEDESC& type) {
     switch (type.vt) {
-    case VT_I1:
-    case VT_UI1:
-        return plain(1);
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-        return plain(2);
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
     case VT_HRESULT:
-        return plain(4);
+        return plain(sizeof(HRESULT));
     case VT_VARIANT:
         return {sizeof(VARIANT), alignof(VARIANT)};
     case VT_DECIMAL:
@@ -53,8 +41,10 @@ Extent extentOf(const TypeLibrary& library, const TYPEDESC& type) {
         return attr ? Extent{attr->cbSizeInstance, std::max<ULONG>(attr->cbAlignment, 1)}
                     : Extent{};
     }
-    default:
-        return plain(8);
+    default: {
+        const ULONG size = elementSize(type.vt);
+        return plain(size ? size : sizeof(void*));
+    }
     }
 }
 
