@@ -36,23 +36,8 @@ bool lists(ITypeInfo* coclass, const TYPEATTR& attributes, const GUID& iid) {
     return false;
 }
 
-// The answer of the type at `index`, when it is a coclass that lists the interface.
-std::optional<GUID> sourceByCoclass(ITypeLib* library, UINT index, const GUID& iid) {
-    const auto coclass = typeAt(library, index);
-    const TypeAttrHolder attributes(coclass.get(), &ITypeInfo::GetTypeAttr);
-    if (!attributes || attributes->typekind != TKIND_COCLASS) return std::nullopt;
-    if (!lists(coclass.get(), *attributes, iid)) return std::nullopt;
-    return defaultSource(coclass.get(), *attributes);
-}
-
-} // namespace
-
-ServerPtr<ITypeLib> containingLibrary(ITypeInfo* type) {
-    UINT index = 0;
-    return obtain<ITypeLib>(
-        [&](ITypeLib** out) { return type->GetContainingTypeLib(out, &index); });
-}
-
+// How many types a library says that it has; no more than are worth looking at, as a count that
+// lies must not cost for ever.
 UINT typeCount(ITypeLib* library) {
     constexpr UINT mostTypes = 0x10000;
     UINT count = 0;
@@ -63,8 +48,28 @@ UINT typeCount(ITypeLib* library) {
     return std::min(count, mostTypes);
 }
 
-ServerPtr<ITypeInfo> typeAt(ITypeLib* library, UINT index) {
-    return obtain<ITypeInfo>([&](ITypeInfo** out) { return library->GetTypeInfo(index, out); });
+} // namespace
+
+ServerPtr<ITypeLib> containingLibrary(ITypeInfo* type) {
+    UINT index = 0;
+    return obtain<ITypeLib>(
+        [&](ITypeLib** out) { return type->GetContainingTypeLib(out, &index); });
+}
+
+void visitCoclasses(ITypeInfo* interfaceType, const CoclassVisitor& visit) {
+    const TypeAttrHolder attributes(interfaceType, &ITypeInfo::GetTypeAttr);
+    if (!attributes) return;
+    const auto library = containingLibrary(interfaceType);
+    if (!library) return;
+    const UINT count = typeCount(library.get());
+    for (UINT index = 0; index < count; ++index) {
+        const auto type =
+            obtain<ITypeInfo>([&](ITypeInfo** out) { return library->GetTypeInfo(index, out); });
+        const TypeAttrHolder typeAttributes(type.get(), &ITypeInfo::GetTypeAttr);
+        if (typeAttributes && typeAttributes->typekind == TKIND_COCLASS &&
+            visit(type.get(), *typeAttributes, attributes->guid))
+            return;
+    }
 }
 
 std::optional<int> implementationFlags(ITypeInfo* coclass, UINT index) {
@@ -80,15 +85,14 @@ ServerPtr<ITypeInfo> implementedType(ITypeInfo* type, UINT index) {
 }
 
 GUID findSourceInterface(ITypeInfo* interfaceType) {
-    const TypeAttrHolder attributes(interfaceType, &ITypeInfo::GetTypeAttr);
-    if (!attributes) return GUID_NULL;
-    const auto library = containingLibrary(interfaceType);
-    if (!library) return GUID_NULL;
-    const UINT count = typeCount(library.get());
-    for (UINT index = 0; index < count; ++index)
-        if (const auto source = sourceByCoclass(library.get(), index, attributes->guid))
-            return *source;
-    return GUID_NULL;
+    GUID source = GUID_NULL;
+    visitCoclasses(interfaceType,
+                   [&](ITypeInfo* coclass, const TYPEATTR& attributes, const GUID& iid) {
+                       if (!lists(coclass, attributes, iid)) return false;
+                       source = defaultSource(coclass, attributes);
+                       return true;
+                   });
+    return source;
 }
 
 } // namespace axlink2

@@ -3,6 +3,7 @@
 
 #include "comruntime/server_call.h"
 
+#include <functional>
 #include <optional>
 
 namespace axlink2 {
@@ -14,12 +15,11 @@ GUID findSourceInterface(ITypeInfo* interfaceType);
 // The library that the type lives in; empty when it can't be had.
 ServerPtr<ITypeLib> containingLibrary(ITypeInfo* type);
 
-// How many types a library says that it has; no more than are worth looking at, as a count that
-// lies must not cost for ever.
-UINT typeCount(ITypeLib* library);
-
-// The type at `index` of a library; empty when it can't be had.
-ServerPtr<ITypeInfo> typeAt(ITypeLib* library, UINT index);
+// Shows the coclasses of the library that the interface lives in, each with its attributes and the
+// interface's IID, until `visit` has seen enough and answers true. What can't be read is left out.
+using CoclassVisitor =
+    std::function<bool(ITypeInfo* coclass, const TYPEATTR& attributes, const GUID& iid)>;
+void visitCoclasses(ITypeInfo* interfaceType, const CoclassVisitor& visit);
 
 // The flags of the interface at `index` of a coclass; none when they can't be had.
 std::optional<int> implementationFlags(ITypeInfo* coclass, UINT index);

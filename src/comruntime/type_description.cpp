@@ -55,8 +55,7 @@ std::unique_ptr<COMTypeDescription> COMTypeDescription::ofServer(IDispatch* serv
     if (!server || FAILED(askServer([&] { return server->GetTypeInfoCount(&count); })) ||
         count != 1)
         return nullptr;
-    const auto info =
-        obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
+    const auto info = typeInfoOf(server);
     if (!info) return nullptr;
     return std::make_unique<COMTypeDescription>(info.get(), server);
 }

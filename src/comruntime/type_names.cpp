@@ -2,6 +2,7 @@
 #include "comruntime/type_reader.h"
 
 namespace axlink2 {
+
 std::optional<std::string> narrowName(BSTR name) {
     const int units = static_cast<int>(SysStringLen(name));
     const int bytes =
@@ -13,12 +14,17 @@ std::optional<std::string> narrowName(BSTR name) {
     return text;
 }
 
-std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server) {
+platform::ScopedBstr documentedName(ITypeInfo* typeInfo, MEMBERID member) {
     platform::ScopedBstr name;
     if (FAILED(askServer([&] {
             return typeInfo->GetDocumentation(member, name.put(), nullptr, nullptr, nullptr);
         })))
-        (void)name.detach();
+        (void)name.detach(); // an out-parameter of a failed call is not to be trusted
+    return name;
+}
+
+std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server) {
+    const platform::ScopedBstr name = documentedName(typeInfo, member);
     std::optional<std::string> text = narrowName(name.get());
     if (!text || text->front() == '_') return std::nullopt;
     if (server) {
@@ -30,6 +36,11 @@ std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispa
             return std::nullopt;
     }
     return text;
+}
+
+ServerPtr<ITypeInfo> typeInfoOf(IDispatch* server) {
+    if (!server) return {};
+    return obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
 }
 
 ServerPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference) {

@@ -14,6 +14,13 @@ namespace axlink2 {
 // what it was about and nothing else.
 void readTypeDescription(ITypeInfo* typeInfo, IDispatch* server, COMTypeDescription& description);
 
+// The type information of a server, as the server gives it; empty for null and when it can't be
+// had.
+ServerPtr<ITypeInfo> typeInfoOf(IDispatch* server);
+
+// The name of a member, or of the type itself for MEMBERID_NIL; null when it can't be read.
+platform::ScopedBstr documentedName(ITypeInfo* typeInfo, MEMBERID member);
+
 // The name of a member, or of the type itself for MEMBERID_NIL, as narrow text. None when it can't
 // be read, when it begins with an underscore, or when `server` is given and doesn't know it.
 std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server);

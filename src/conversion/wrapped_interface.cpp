@@ -7,6 +7,7 @@
 #include "classmodel/object_tree.h"
 #include "comruntime/interned.h"
 #include "comruntime/server_call.h"
+#include "comruntime/type_reader.h"
 #include "platform/typeinfo_holders.h"
 
 #include <boost/thread/locks.hpp>
@@ -45,8 +46,7 @@ HRESULT typeInfoCount(IDispatch* server, UINT* count) {
 _bstr_t identityOf(IDispatch* server) {
     UINT count = 0;
     if (FAILED(typeInfoCount(server, &count)) || count != 1) return _bstr_t();
-    const auto info =
-        obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
+    const auto info = typeInfoOf(server);
     const platform::TypeAttrHolder attributes(info.get(), &ITypeInfo::GetTypeAttr);
     OLECHAR text[39];
     if (!attributes || IsEqualGUID(attributes->guid, GUID_NULL) ||
