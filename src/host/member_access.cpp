@@ -55,10 +55,8 @@ harray::unique_array readProperty(hos::HOSInterface& object, hos::id name, const
             if (isOwned) info->destroyValue(object, value);
         }
     } ending{property.info, &object, value, !property.type->isWord};
-    if (!property.type->conversion) fail(keys::UnknownType, property.type->name.str());
-    hxArray* array = nullptr;
-    property.type->conversion->convertToHost(&array, value);
-    return harray::unique_array(array ? array : hxCreateSharedDataCopy(nullptr));
+    harray::unique_array array = property.type->arrayOf(value);
+    return array ? std::move(array) : harray::unique_array(hxCreateSharedDataCopy(nullptr));
 }
 
 void writeProperty(hos::HOSInterface& object, hos::id name, const char* text,

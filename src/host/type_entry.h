@@ -63,6 +63,8 @@ struct TypeEntry {
     void endInput(hos::HOSValue value, const hxArray* array) const {
         if (!isWord && value.array() != &harray::detail::reading(array)) releaseValue(value);
     }
+    // The array of a value that isn't one itself and stays the caller's. Null stands for no array.
+    harray::unique_array arrayOf(hos::HOSValue value) const;
     // The array of a value that the caller owned; the value ends. Null stands for no array.
     harray::unique_array takeArray(hos::HOSValue value) const;
     void releaseValue(hos::HOSValue value) const {

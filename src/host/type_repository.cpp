@@ -73,24 +73,22 @@ hos::HOSValue TypeEntry::valueOf(const hxArray* array) const {
     return value;
 }
 
+harray::unique_array TypeEntry::arrayOf(hos::HOSValue value) const {
+    if (!conversion) fail(keys::UnknownType, name.str());
+    hxArray* array = nullptr;
+    conversion->convertToHost(&array, value);
+    return harray::unique_array(array);
+}
+
 harray::unique_array TypeEntry::takeArray(hos::HOSValue value) const {
     if (holdsArrays()) return harray::unique_array(value.array());
-    if (!conversion) {
-        releaseValue(value);
-        fail(keys::UnknownType, name.str());
-    }
-    hxArray* array = nullptr;
-    if (isWord) {
-        conversion->convertToHost(&array, value);
-        return harray::unique_array(array);
-    }
+    if (isWord) return arrayOf(value);
     struct Ending {
         const TypeEntry& entry;
         hos::HOSValue value;
         ~Ending() { entry.releaseValue(value); }
     } ending{*this, value};
-    conversion->convertToHost(&array, value);
-    return harray::unique_array(array);
+    return arrayOf(value);
 }
 
 } // namespace velmar
