@@ -3,6 +3,7 @@
 #include "conversion/host_classes.h"
 #include "conversion/host_to_variant.h"
 #include "conversion/logical_copy.h"
+#include "conversion/nesting.h"
 #include "host/axlink.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
@@ -80,7 +81,7 @@ BSTR elementText(const hxArray* element) {
 class Nesting {
   public:
     Nesting() {
-        if (++depth_ > deepest) {
+        if (++depth_ > deepestNesting) {
             --depth_;
             hmsgcore::raise(VELMAR::COM::cell_invalid_contents());
         }
@@ -90,7 +91,6 @@ class Nesting {
     ~Nesting() { --depth_; }
 
   private:
-    static constexpr int deepest = 1000; // beyond that the stack is in danger
     static inline int depth_ = 0;
 };
 

@@ -6,6 +6,7 @@
 #include "conversion/arg_converter.h"
 #include "conversion/com_text.h"
 #include "conversion/host_classes.h"
+#include "conversion/nesting.h"
 #include "conversion/wrapped_interface.h"
 #include "host/message_ids.h"
 #include "host/text.h"
@@ -58,9 +59,6 @@ int errorToHost(const VARIANT& v, hxArray** out) {
     *out = harray::to_velmar(harray::create(u"ActiveX VT_ERROR: " + systemMessageText(v.scode)));
     return 1;
 }
-
-// Arrays in arrays beyond this would endanger the stack.
-constexpr int deepest = 1000;
 
 // Arrays may hold themselves by reference, and more than once: as many are followed.
 constexpr int mostReferences = 1000;
@@ -138,7 +136,7 @@ int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& con
     if (!(v->vt & VT_ARRAY)) return variantScalarToHost(v, out, context);
     const VARTYPE element = v->vt & VT_TYPEMASK;
     if (!becomesCell(element)) return safeArrayToNumeric(v->parray, element, out, context);
-    if (context.depth >= deepest) {
+    if (context.depth >= deepestNesting) {
         if (context.warn) hxWarningMsgId(VELMAR::COM::unsupported_safearray_type());
         return fallBackToNaN(out);
     }
