@@ -4,6 +4,7 @@
 #include "conversion/logical_copy.h"
 #include "conversion/variant_to_host.h"
 #include "host/message_ids.h"
+#include "platform/element_size.h"
 #include "platform/holders.h"
 
 #include <algorithm>
@@ -169,9 +170,7 @@ void fillCell(char* elements, std::size_t elementSize, VARTYPE kind, hxArray* ce
 // Whether the elements are of a kind that a cell takes, of its size, and there at all: the array's
 // own words are not to be trusted.
 bool isReadable(SAFEARRAY* array, VARTYPE kind) {
-    const bool isPointer = kind == VT_DISPATCH || kind == VT_UNKNOWN || kind == VT_BSTR;
-    if (!array->pvData || !(isPointer || kind == VT_VARIANT)) return false;
-    return array->cbElements == (isPointer ? sizeof(void*) : sizeof(VARIANT));
+    return array->pvData && becomesCell(kind) && array->cbElements == platform::elementSize(kind);
 }
 
 harray::unique_array newCell(const std::vector<std::size_t>& extents,

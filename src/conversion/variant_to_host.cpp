@@ -76,11 +76,11 @@ bool travelsAsText(VARTYPE vt) {
            vt == VT_LPWSTR || vt == VT_FILETIME || vt == VT_CLSID;
 }
 
+} // namespace
+
 bool becomesCell(VARTYPE vt) {
     return vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_VARIANT || vt == VT_UNKNOWN;
 }
-
-} // namespace
 
 int fallBackToNaN(hxArray** out) {
     *out = hxCreateDoubleScalar(std::bit_cast<double>(0xFFF8000000000000));

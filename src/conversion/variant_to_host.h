@@ -29,6 +29,9 @@ int variantScalarToHost(VARIANT* v, hxArray** out, const VariantConversionContex
 int safeArrayToNumeric(SAFEARRAY* array, VARTYPE elementType, hxArray** out,
                        const VariantConversionContext& context);
 
+// Whether an array of such elements becomes a cell: texts, VARIANTs, interfaces.
+bool becomesCell(VARTYPE elementType);
+
 // An array of texts, VARIANTs or interfaces as a cell of the same dimensions. The context says how
 // many references it may follow.
 void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionContext& context);
