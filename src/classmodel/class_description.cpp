@@ -5,6 +5,7 @@
 #include "comruntime/class_names.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
+#include "host/object_array.h"
 
 #include <boost/format.hpp>
 
@@ -31,6 +32,13 @@ COMCoclassClassInfo::COMCoclassClassInfo(const std::string& name, IDispatch* ser
     const std::string code = (boost::format("%08x") % static_cast<std::uint32_t>(hr)).str();
     hmsgcore::raise("VELMAR:COM:invalidprogid",
                     VELMAR::COM::invalidprogidNameAndErrcode(progId, code));
+}
+
+const COMInstanceRecord* generatedRecordOf(const hxArray* objects) {
+    const hos::HOSInterfacePtr object = hoGetArrayElement(objects, 0);
+    hos::HOSClass* owner = object && !object->isDeleted() ? object->getClass() : nullptr;
+    const bool isGenerated = owner && dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo());
+    return isGenerated ? recordOf(object) : nullptr;
 }
 
 } // namespace axlink2

@@ -66,4 +66,8 @@ class COMInterfaceClassInfo : public COMBaseClassInfo {
                                  COMTypeDescription& description) override;
 };
 
+// The record of the object in element 0. Null when there is none, when it has gone, and for an
+// object of a class that isn't generated, whose data is something else.
+const COMInstanceRecord* generatedRecordOf(const hxArray* objects);
+
 } // namespace axlink2

@@ -2,13 +2,11 @@
 #include "conversion/host_to_variant.h"
 
 #include "classmodel/class_description.h"
-#include "classmodel/instance_record.h"
 #include "conversion/com_text.h"
 #include "conversion/host_classes.h"
 #include "host/axlink.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
-#include "host/object_array.h"
 #include "host/text.h"
 
 #include <cmath>
@@ -125,11 +123,7 @@ void convertCell(const Request& request) {
 
 // An object of a class that isn't the module's has no interface to pass.
 void convertHandle(const Request& request) {
-    if (!hoIsHOS(request.value)) return;
-    const hos::HOSInterfacePtr object = hoGetArrayElement(request.value, 0);
-    hos::HOSClass* owner = object ? object->getClass() : nullptr;
-    if (!owner || !dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo())) return;
-    const COMInstanceRecord* record = recordOf(object);
+    const COMInstanceRecord* record = generatedRecordOf(request.value);
     if (!record) return;
     request.target.vt = VT_DISPATCH;
     request.target.pdispVal = record->dispatch;

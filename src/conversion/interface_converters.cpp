@@ -2,25 +2,17 @@
 #include "conversion/interface_converters.h"
 
 #include "classmodel/class_description.h"
-#include "classmodel/instance_record.h"
 #include "conversion/wrapped_interface.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
-#include "host/object_array.h"
 
 #include <utility>
 
 namespace axlink2 {
 namespace {
 
-// The server behind an object array. Objects of other classes have no record of ours.
 IDispatch* serverOf(const hxArray* array) {
-    if (array && hoIsHOS(array)) {
-        const hos::HOSInterfacePtr object = hoGetArrayElement(array, 0);
-        hos::HOSClass* owner = object && !object->isDeleted() ? object->getClass() : nullptr;
-        if (owner && dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo()))
-            if (const COMInstanceRecord* record = recordOf(object)) return record->dispatch;
-    }
+    if (const COMInstanceRecord* record = generatedRecordOf(array)) return record->dispatch;
     hmsgcore::raise(VELMAR::class_::InvalidHandle());
 }
 
