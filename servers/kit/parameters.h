@@ -83,15 +83,7 @@ constexpr VARTYPE storageOf(VARTYPE vt) {
 constexpr bool storedAlike(VARTYPE a, VARTYPE b) { return storageOf(a) == storageOf(b); }
 
 // What an argument was converted into, kept to the end of the call.
-struct Converted {
-    VARIANT value{};
-    Converted() = default;
-    Converted(const Converted&) = delete;
-    Converted& operator=(const Converted&) = delete;
-    ~Converted() {
-        if (value.vt != VT_EMPTY) VariantClear(&value);
-    }
-};
+using Converted = platform::ScopedVariant;
 
 // The payload of an argument as a T needs it, in place or in `converted`. Raises ComFailure.
 template <class T>
@@ -110,8 +102,8 @@ typename ValueTraits<T>::Payload& locate(VARIANTARG& argument, Converted& conver
     if constexpr (vt == VT_VARIANT) {
         return argument;
     } else {
-        coerce(argument, vt, converted.value, index);
-        return *payloadOf<Payload>(converted.value);
+        coerce(argument, vt, *converted.put(), index);
+        return *payloadOf<Payload>(*converted.inOut());
     }
 }
 
