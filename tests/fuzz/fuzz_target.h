@@ -45,7 +45,7 @@ class NothingLeft {
     }
 
   private:
-    const axlink2::test::Living before_;
+    const axlink2::test::Living before_ = {};
 };
 
 } // namespace fuzz

@@ -13,7 +13,7 @@ class AliveCheck : public ::testing::Test {
     ~AliveCheck() override { EXPECT_EQ(before_.newcomers(), ""); }
 
   private:
-    const Living before_;
+    const Living before_ = {};
 };
 
 } // namespace axlink2::test
