@@ -27,14 +27,17 @@ for target in "${targets[@]}"; do
     result=pass
     words=()
     [ ! -f tests/fuzz/"$target".dict ] || words=(-dict=tests/fuzz/"$target".dict)
+    seeds=(tests/fuzz/corpus/"$target")
+    [ ! -d tests/fuzz/found/"$target" ] || seeds+=(tests/fuzz/found/"$target")
     build/fuzz/bin/fuzz_"$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
         -max_len=1024 -reload=0 -print_final_stats=1 -artifact_prefix="build/fuzz/failed/$target-" \
-        "${words[@]}" "$corpus" tests/fuzz/corpus/"$target" tests/fuzz/found/"$target" >"$log" 2>&1 ||
+        "${words[@]}" "$corpus" "${seeds[@]}" >"$log" 2>&1 ||
         { result="FAILED, see $log"; failed+=("$target"); }
     inputs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
     reached=$(sed -n 's/.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -1)
     printf '%-10s %10s %8s %8s  %s\n' "$target" "${inputs:-?}" "$(find "$corpus" -type f | wc -l)" \
         "${reached:-?}" "$result"
+    [ "$result" = pass ] || tail -n 40 "$log"
 done
 if [ ${#failed[@]} -gt 0 ]; then
     echo "fuzz: failed: ${failed[*]}"
