@@ -10,7 +10,7 @@ turns=200000
 runs=7
 loops=yes
 for argument in "$@"; do
-    if [ "$argument" = short ]; then turns=2000 runs=1; else loops=no; fi
+    if [ "$argument" = short ]; then turns=20000 runs=1; else loops=no; fi
 done
 cmake --preset windows-release >/dev/null
 cmake --build --preset windows-release --target axlink2_bench velsh axlink2 >/dev/null

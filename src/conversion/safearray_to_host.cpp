@@ -200,7 +200,7 @@ void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionCon
         extents.push_back(extentOf(*array, d).value_or(0));
     // The host makes a column of a single extent.
     if (dimensions == 0) extents = {0, 0};
-    const bool hasElements = std::count(extents.begin(), extents.end(), 0u) == 0;
+    const bool hasElements = array && std::count(extents.begin(), extents.end(), 0u) == 0;
     const VARTYPE kind = hasElements ? elementKind(array) : VARTYPE{VT_EMPTY};
     std::optional<LockedData> data; // as a server that is asked about an element may change others
     if (hasElements && (!isReadable(array, kind) || !data.emplace(array))) {

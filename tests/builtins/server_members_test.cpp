@@ -1,5 +1,6 @@
 // propedit, move and interfaces.
 #include "builtins/builtin_fixture.h"
+#include "servers/sample/faults.h"
 
 #include <algorithm>
 
@@ -21,6 +22,7 @@ class Paged : public kit::DispatchObject, public ISpecifyPropertyPages {
     ULONG STDMETHODCALLTYPE Release() override { return DispatchObject::Release(); }
 
     HRESULT STDMETHODCALLTYPE GetPages(CAUUID* pages) override {
+        if (isFaulty) sample::writeThroughNull();
         pages->cElems = pageCount;
         pages->pElems =
             pageCount ? static_cast<GUID*>(CoTaskMemAlloc(pageCount * sizeof(GUID))) : nullptr;
@@ -29,6 +31,7 @@ class Paged : public kit::DispatchObject, public ISpecifyPropertyPages {
 
     static inline HRESULT answer = S_OK;
     static inline ULONG pageCount = 0;
+    static inline bool isFaulty = false;
 
   private:
     void* findInterface(REFIID iid) override {
@@ -61,15 +64,19 @@ TEST_F(ServerMembers, PropeditOnlyAsksForPages) {
         HRESULT answer;
         ULONG count;
         std::vector<std::string> warnings;
+        bool isFaulty = false;
     };
     const Row rows[] = {{S_OK, 2, {}},
                         {S_OK, 0, {"VELMAR:COM:noPropPage"}},
                         {S_FALSE, 2, {"VELMAR:COM:propPageError"}},
-                        {E_NOTIMPL, 0, {"VELMAR:COM:propPageError"}}};
+                        {E_NOTIMPL, 0, {"VELMAR:COM:propPageError"}},
+                        {S_OK, 2, {"VELMAR:COM:propPageError"}, true},
+                        {S_OK, 2, {}}};
     const Array paged = start<Paged>("Test.Paged");
     for (const Row& row : rows) {
         Paged::answer = row.answer;
         Paged::pageCount = row.count;
+        Paged::isFaulty = row.isFaulty;
         EXPECT_EQ(warnings([&] { ask(0, paged, "propedit"); }), row.warnings);
     }
     const Array gadget = start<Gadget>("Test.Gadget");

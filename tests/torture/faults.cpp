@@ -59,6 +59,8 @@ constexpr Place places[] = {
     {"connecting", "Advise", "addlistener(h, 'Tick', @(s, e) 0);"},
     {"disconnecting", "Unadvise", "l = addlistener(h, 'Tick', @(s, e) 0); delete(l);"},
     {"saving", "Save", "d.Text = 'x'; save(d, 'f.tmp');"},
+    {"class to save", "GetClassID", "save(d, 'f.tmp');"},
+    {"end of saving", "SaveCompleted", "save(d, 'f.tmp');"},
     {"loading", "Load", "load(d, 'whole.tmp');"},
     {"release", "Release", "c = h.NewChild(); release(c);"},
 };

@@ -64,11 +64,13 @@ class ElementEnumerator final : public CountedInterface<IEnumSTATSTG> {
 };
 
 // A description whose name is given back at the end.
-struct Description : STATSTG {
-    Description() : STATSTG{} {}
+struct Description {
+    Description() = default;
     Description(const Description&) = delete;
     Description& operator=(const Description&) = delete;
-    ~Description() { CoTaskMemFree(pwcsName); }
+    ~Description() { CoTaskMemFree(stat.pwcsName); }
+
+    STATSTG stat{};
 };
 
 bool isNamedIn(SNB names, OleView name) {
@@ -114,13 +116,13 @@ HRESULT copyElements(IStorage* source, IStorage* target, SNB excluded, bool with
     HRESULT hr = source->EnumElements(0, nullptr, 0, elements.put());
     while (SUCCEEDED(hr)) {
         Description element;
-        hr = elements->Next(1, &element, nullptr);
+        hr = elements->Next(1, &element.stat, nullptr);
         if (hr != S_OK) break;
-        if (isNamedIn(excluded, element.pwcsName)) continue;
-        if (element.type == STGTY_STREAM && withStreams)
-            hr = copyStream(source, target, element.pwcsName);
-        else if (element.type == STGTY_STORAGE && withStorages)
-            hr = copyStorage(source, target, element.pwcsName);
+        if (isNamedIn(excluded, element.stat.pwcsName)) continue;
+        if (element.stat.type == STGTY_STREAM && withStreams)
+            hr = copyStream(source, target, element.stat.pwcsName);
+        else if (element.stat.type == STGTY_STORAGE && withStorages)
+            hr = copyStorage(source, target, element.stat.pwcsName);
     }
     return FAILED(hr) ? hr : S_OK;
 }
