@@ -2,8 +2,6 @@
 #include "builtins/call_support.h"
 
 #include "classmodel/instance_record.h"
-#include "host/exception.h"
-#include "host/message_ids.h"
 #include "host/object_array.h"
 #include "host/text.h"
 
@@ -13,7 +11,7 @@ namespace axlink2 {
 
 hos::HOSInterfacePtr firstObject(const hos::HOSValue* inputs) {
     hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0].array(), 0);
-    if (!object) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    if (!object) raiseInvalidHandle();
     return object;
 }
 

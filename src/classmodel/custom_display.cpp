@@ -1,10 +1,9 @@
 // Custom display of generated classes.
 #include "classmodel/custom_display.h"
 
+#include "classmodel/instance_record.h"
 #include "comruntime/interned.h"
 #include "host/class.h"
-#include "host/exception.h"
-#include "host/message_ids.h"
 #include "host/object_array.h"
 #include "host/text.h"
 
@@ -21,7 +20,7 @@ COMCustomDispMethodBase::COMCustomDispMethodBase(const char* output)
 void COMGetHeaderMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
                                     hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0].array(), 0);
-    if (!object) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    if (!object) raiseInvalidHandle();
     hos::id classId;
     object->getClass()->getID(&classId);
     const std::string text = "\t" + classId.str() + "\n";

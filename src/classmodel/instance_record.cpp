@@ -1,8 +1,8 @@
 // Instance records and the handles that lead to them.
 #include "classmodel/instance_record.h"
 
+#include "comruntime/guarded_invoke.h"
 #include "comruntime/server_call.h"
-#include "host/class.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/object_array.h"
@@ -19,18 +19,12 @@ void releaseServerReferences(COMInstanceRecord& record) {
     guardedRelease(std::exchange(record.connectionPoint, nullptr));
 }
 
-COMInstanceRecord* recordOf(hos::HOSInterface* object) {
-    hos::HOSClass* owner = object ? object->getClass() : nullptr;
-    if (!owner) return nullptr;
-    hos::id classId;
-    owner->getID(&classId);
-    return static_cast<COMInstanceRecord*>(object->getInstanceData(classId));
-}
+void raiseInvalidHandle() { hmsgcore::raise(VELMAR::class_::InvalidHandle()); }
 
 hos::HOSInterfacePtr requireValidHandle(const hxArray* const* inputs) {
     hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0], 0); // null of what has no element
     if (object && !object->isDeleted()) return object;
-    hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    raiseInvalidHandle();
 }
 
 } // namespace axlink2

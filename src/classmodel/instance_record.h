@@ -3,7 +3,7 @@
 
 #include "classmodel/object_links.h"
 #include "host/array.h"
-#include "host/interface.h"
+#include "host/class.h"
 #include "platform/com.h"
 
 namespace axlink2 {
@@ -22,7 +22,16 @@ struct COMInstanceRecord {
 void releaseServerReferences(COMInstanceRecord& record);
 
 // The record of an object of a generated class; null for null and for what has none.
-COMInstanceRecord* recordOf(hos::HOSInterface* object);
+inline COMInstanceRecord* recordOf(hos::HOSInterface* object) {
+    hos::HOSClass* owner = object ? object->getClass() : nullptr;
+    if (!owner) return nullptr;
+    hos::id classId;
+    owner->getID(&classId);
+    return static_cast<COMInstanceRecord*>(object->getInstanceData(classId));
+}
+
+// Raises "VELMAR:class:InvalidHandle".
+[[noreturn]] void raiseInvalidHandle();
 
 // The object in element 0 of `inputs[0]`. Raises "VELMAR:class:InvalidHandle" when the array is
 // null or empty, or the object has gone.

@@ -2,9 +2,8 @@
 #include "conversion/interface_converters.h"
 
 #include "classmodel/class_description.h"
+#include "classmodel/instance_record.h"
 #include "conversion/wrapped_interface.h"
-#include "host/exception.h"
-#include "host/message_ids.h"
 
 #include <utility>
 
@@ -13,7 +12,7 @@ namespace {
 
 IDispatch* serverOf(const hxArray* array) {
     if (const COMInstanceRecord* record = generatedRecordOf(array)) return record->dispatch;
-    hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    raiseInvalidHandle();
 }
 
 } // namespace

@@ -4,44 +4,49 @@
 namespace axlink2 {
 
 void COMCallArguments::makeMoreSlots() {
-    moreVariants_ = std::make_unique<VARIANT[]>(2 * slots_);
-    moreTypes_ = std::make_unique<VARTYPE[]>(slots_);
+    moreVariants_ = std::make_unique<VARIANT[]>(slots_);
+    moreBacking_ = std::make_unique<Backing[]>(slots_);
     variants_ = moreVariants_.get();
-    backing_ = variants_ + slots_;
-    passedTypes_ = moreTypes_.get();
+    backing_ = moreBacking_.get();
 }
 
 void COMCallArguments::clearSlot(std::size_t slot) {
     VARIANT& owner = valueOf(slot);
     if (platform::ownsContent(owner.vt)) VariantClear(&owner);
     owner.vt = VT_EMPTY;
-    passedTypes_[slot] = VT_EMPTY;
+    backing_[slot].passedType = VT_EMPTY;
 }
 
 void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs) {
-    std::int32_t given = 0;
+    const hos::HOSValue* input = inputs;
+    const hos::HOSValue* const end = inputs + inputCount;
     for (const COMArgInfo& argument : arguments_) {
         if (!argument.input) {
             fillOutput(argument);
             continue;
         }
-        if (++given >= inputCount) return;
+        if (++input >= end) return;
         const std::size_t slot = takeSlot();
         VARIANT& passed = variants_[slot];
-        VARIANT& behind = backing_[slot];
-        argument.converter->toVariant(inputs[given], &passed, &behind, argument.byReference);
-        // At once, as a later conversion may raise and every filled slot is cleared then.
-        argument.converter->retainForPut(argument.byReference ? &behind : &passed);
-        passedTypes_[slot] = passed.vt;
+        Backing& behind = backing_[slot];
+        argument.converter->toVariant(*input, &passed, &behind.value, argument.byReference);
+        // At once, as a later conversion may raise and every filled slot is cleared then. What owns
+        // nothing has no reference to add.
+        if (VARIANT& filled = argument.byReference ? behind.value : passed;
+            platform::ownsContent(filled.vt))
+            argument.converter->retainForPut(&filled);
+        behind.passedType = passed.vt;
         if (argument.output) ++outputCount_;
     }
 }
 
 void COMCallArguments::fillOutput(const COMArgInfo& argument) {
     const std::size_t slot = takeSlot();
-    backing_[slot].vt = argument.converter->vartype;
-    makeByRefVariant(&variants_[slot], &backing_[slot]);
-    passedTypes_[slot] = variants_[slot].vt;
+    VARIANT& passed = variants_[slot];
+    Backing& behind = backing_[slot];
+    behind.value.vt = argument.converter->vartype;
+    makeByRefVariant(&passed, &behind.value);
+    behind.passedType = passed.vt;
     ++outputCount_;
 }
 

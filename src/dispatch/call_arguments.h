@@ -58,24 +58,29 @@ class COMCallArguments {
     std::size_t outputCount() const { return outputCount_; }
 
   private:
+    // What stands behind a slot.
+    struct Backing {
+        VARIANT value;      // of a by-reference slot
+        VARTYPE passedType; // of the slot, as the server was given it
+    };
+
     void makeMoreSlots();
     // Makes the next slot a used one, empty.
     std::size_t takeSlot() {
         const std::size_t slot = --firstUsed_;
         variants_[slot] = VARIANT{};
-        backing_[slot] = VARIANT{};
-        passedTypes_[slot] = VT_EMPTY;
+        backing_[slot] = Backing{};
         return slot;
     }
     void fillOutput(const COMArgInfo& argument);
     // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
     // type doesn't count.
     VARIANT& valueOf(std::size_t slot) {
-        const VARTYPE passed = passedTypes_[slot];
-        if (!(passed & VT_BYREF)) return variants_[slot];
+        Backing& behind = backing_[slot];
+        if (!(behind.passedType & VT_BYREF)) return variants_[slot];
         // A DECIMAL is as large as the VARIANT that holds it, and a server may write all of it.
-        if (passed == (VT_BYREF | VT_DECIMAL)) backing_[slot].vt = VT_DECIMAL;
-        return backing_[slot];
+        if (behind.passedType == (VT_BYREF | VT_DECIMAL)) behind.value.vt = VT_DECIMAL;
+        return behind.value;
     }
     void clearSlot(std::size_t slot);
 
@@ -88,14 +93,13 @@ class COMCallArguments {
     std::size_t outputCount_ = 0;
     std::size_t nextOutput_; // slot that outputs were collected down to
     VARIANT* variants_ = ownVariants_;
-    VARIANT* backing_ = ownVariants_ + ownSlots; // values behind by-reference slots
-    VARTYPE* passedTypes_ = ownTypes_;           // of each slot, as the server was given it
+    Backing* backing_ = ownBacking_;
 
     // Only the used slots are ever written or read.
-    VARIANT ownVariants_[2 * ownSlots];
-    VARTYPE ownTypes_[ownSlots];
+    VARIANT ownVariants_[ownSlots];
+    Backing ownBacking_[ownSlots];
     std::unique_ptr<VARIANT[]> moreVariants_;
-    std::unique_ptr<VARTYPE[]> moreTypes_;
+    std::unique_ptr<Backing[]> moreBacking_;
 };
 
 } // namespace axlink2

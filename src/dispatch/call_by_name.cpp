@@ -3,6 +3,7 @@
 
 #include "classmodel/instance_record.h"
 #include "comruntime/com_error.h"
+#include "comruntime/guarded_invoke.h"
 #include "comruntime/server_call.h"
 #include "conversion/host_to_variant.h"
 #include "conversion/variant_to_host.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "comruntime/com_error.h"
-#include "comruntime/server_call.h"
+#include "comruntime/guarded_invoke.h"
 #include "platform/holders.h"
 
 namespace axlink2 {

@@ -16,6 +16,12 @@ bool needsOwner(VARTYPE vartype) {
            (vartype & VT_ARRAY);
 }
 
+// Out of the way of the other values, which need no handle.
+[[gnu::noinline]] hos::HOSValue ownedValue(ArgVarConverter& converter, VARIANT& v,
+                                           hos::HOSInterface* owner, const char* memberName) {
+    return converter.fromVariantFor(v, hos::HOSInterfacePtr(owner), memberName);
+}
+
 hos::HOSValue orNaN(hos::HOSValue value, const ArgVarConverter& converter) {
     if (!value.isNull() || !isInterface(converter.vartype)) return value;
     hxArray* nan = nullptr;
@@ -25,17 +31,17 @@ hos::HOSValue orNaN(hos::HOSValue value, const ArgVarConverter& converter) {
 
 } // namespace
 
-hos::HOSValue propertyValue(ArgVarConverter& converter, VARIANT& v,
-                            const hos::HOSInterfacePtr& owner, const char* memberName) {
+hos::HOSValue propertyValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
+                            const char* memberName) {
     if (converter.vartype != VT_UNKNOWN) return methodValue(converter, v, owner, memberName);
-    return orNaN(converter.fromVariantFor(v, owner, memberName), converter);
+    return orNaN(ownedValue(converter, v, owner, memberName), converter);
 }
 
-hos::HOSValue methodValue(ArgVarConverter& converter, VARIANT& v, const hos::HOSInterfacePtr& owner,
+hos::HOSValue methodValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
                           const char* memberName) {
-    return orNaN(needsOwner(converter.vartype) ? converter.fromVariantFor(v, owner, memberName)
-                                               : converter.fromVariant(v),
-                 converter);
+    if (needsOwner(converter.vartype))
+        return orNaN(ownedValue(converter, v, owner, memberName), converter);
+    return orNaN(converter.fromVariant(v), converter);
 }
 
 } // namespace axlink2

@@ -55,7 +55,8 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
                                 hos::HOSValue* outputs, std::int32_t inputCount,
                                 hos::HOSValue* inputs) {
     const hxArray* objects = inputs[0].array();
-    const hos::HOSInterfacePtr object = requireValidHandle(&objects);
+    const hos::HOSInterfacePtr handle = requireValidHandle(&objects);
+    hos::HOSInterface* const object = handle;
     const COMInstanceRecord* record = recordOf(object);
 
     COMCallArguments call(arguments);
@@ -67,21 +68,13 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     DISPPARAMS params = call.params();
     invokeOrThrow(record ? record->dispatch : nullptr, dispid, invokeKind, params, &result);
     if (call.outputCount() > 0) call.trimOutputs(*outputCount - (hasResult() ? 1 : 0));
-    collectOutputs(object, *result.inOut(), call, *outputCount, outputs);
-}
-
-void COMIDispMethodInfo::collectOutputs(const hos::HOSInterfacePtr& object, VARIANT& result,
-                                        COMCallArguments& call, std::uint32_t outputCount,
-                                        hos::HOSValue* outputs) {
-    const auto converted = [&](ArgVarConverter& converter, VARIANT& v) {
-        return methodValue(converter, v, object, name.c_str());
-    };
     std::uint32_t index = 0;
-    if (hasResult()) outputs[index++] = converted(*resultConverter, result);
-    while (index < outputCount) {
+    if (hasResult())
+        outputs[index++] = methodValue(*resultConverter, *result.inOut(), object, name.c_str());
+    while (index < *outputCount) {
         const auto [value, converter] = call.takeOutput();
         if (!value) return;
-        outputs[index++] = converted(*converter, *value);
+        outputs[index++] = methodValue(*converter, *value, object, name.c_str());
     }
 }
 

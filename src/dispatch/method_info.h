@@ -27,8 +27,6 @@ class COMIDispMethodInfo : public hos::HOSMethodInfo {
   private:
     void declareSignature();
     bool hasResult() const { return resultConverter->vartype != VT_VOID; }
-    void collectOutputs(const hos::HOSInterfacePtr& object, VARIANT& result, COMCallArguments& call,
-                        std::uint32_t outputCount, hos::HOSValue* outputs);
 
     hos::HOSClass* ownerClass;
     std::string name;

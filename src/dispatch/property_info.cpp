@@ -21,9 +21,9 @@ std::uint16_t accessOf(const COMMemberEntry& entry) {
     return static_cast<std::uint16_t>(access);
 }
 
-IDispatch* serverOf(hos::HOSInterface* object) {
+inline IDispatch* serverOf(hos::HOSInterface* object) {
     const COMInstanceRecord* record = recordOf(object);
-    if (!record) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    if (!record) raiseInvalidHandle();
     return record->dispatch;
 }
 
@@ -58,7 +58,7 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
     invokeOrThrow(server, dispid, DISPATCH_PROPERTYGET, params, &result);
     if ((result->vt & VT_TYPEMASK) == VT_ERROR)
         throwCOMError(result->scode, COMExcepInfo(false), 0, 0);
-    *out = propertyValue(*converter, *result.inOut(), hos::HOSInterfacePtr(object), name.c_str());
+    *out = propertyValue(*converter, *result.inOut(), object, name.c_str());
     return out;
 }
 
@@ -68,7 +68,7 @@ void COMIDispPropInfo::setValue(hos::HOSInterface* object, hos::HOSValue hostVal
     platform::ScopedVariant backing; // of a value that goes by reference
     platform::ScopedVariant value;
     converter->toVariant(hostValue, value.inOut(), backing.inOut(), false);
-    converter->retainForPut(value.inOut());
+    if (platform::ownsContent(value->vt)) converter->retainForPut(value.inOut());
 
     const WORD flags =
         access & DISPATCH_PROPERTYPUT ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYPUTREF;

@@ -77,7 +77,7 @@ void connectEvent(COMInstanceRecord& record, const hos::HOSInterfacePtr& source,
     COMInstanceRecord* current = recordOf(object);
     if (!current || current->sink) {
         close(std::move(opened));
-        if (!current) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+        if (!current) raiseInvalidHandle();
         return connectEvent(*current, object, dispid);
     }
     try {

@@ -3,8 +3,6 @@
 
 #include "comruntime/interned.h"
 #include "events/connection.h"
-#include "host/exception.h"
-#include "host/message_ids.h"
 
 namespace axlink2 {
 
@@ -18,7 +16,7 @@ hos::id* COMEventInfo::getEventDataType(hos::id* out) const {
 
 void COMEventInfo::addListener(hos::HOSInterfacePtr source) {
     COMInstanceRecord* record = recordOf(source);
-    if (!record) hmsgcore::raise(VELMAR::class_::InvalidHandle());
+    if (!record) raiseInvalidHandle();
     connectEvent(*record, source, dispid);
 }
 

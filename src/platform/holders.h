@@ -126,7 +126,7 @@ struct SafeArrayTraits : PointerTraits<SAFEARRAY*> {
 // Whether a VARIANT of that type owns something that VariantClear gives back. Numbers don't, nor
 // references; clearing them would be a call into the system for nothing.
 constexpr bool ownsContent(VARTYPE vt) noexcept {
-    if (vt & VT_BYREF) return false;
+    if (vt < VT_BSTR || (vt & VT_BYREF)) return false;
     return vt > VT_UINT || vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_UNKNOWN ||
            vt == VT_VARIANT;
 }

@@ -1,4 +1,5 @@
 // Calls into servers: what a fault in one becomes, and how long a server lives.
+#include "comruntime/guarded_invoke.h"
 #include "comruntime/server_call.h"
 #include "support/com_double.h"
 
