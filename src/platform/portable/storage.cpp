@@ -98,9 +98,20 @@ class Storage final : public CountedInterface<IStorage> {
                             !isExcluded(IID_IStream));
     }
 
-    HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR*, IStorage*, const OLECHAR*,
-                                            DWORD) override {
-        return STG_E_UNIMPLEMENTEDFUNCTION;
+    HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR* name, IStorage* target,
+                                            const OLECHAR* newName, DWORD flags) override {
+        if (!target) return STG_E_INVALIDPOINTER;
+        if (flags != STGMOVE_MOVE && flags != STGMOVE_COPY) return STG_E_INVALIDFLAG;
+        const bool isMove = flags == STGMOVE_MOVE;
+        const bool isAllowed = canRead(opened_.mode) && (!isMove || canChange());
+        if (const HRESULT hr = check(true, isAllowed); FAILED(hr)) return hr;
+        if (!name || !isElementName(name)) return STG_E_INVALIDNAME;
+        const auto found = working_->elements.find(OleView(name));
+        if (found == working_->elements.end()) return STG_E_FILENOTFOUND;
+        const bool isStream = std::holds_alternative<std::shared_ptr<StreamEntry>>(found->second);
+        const HRESULT hr =
+            copyElement(this, name, isStream ? STGTY_STREAM : STGTY_STORAGE, target, newName, 0);
+        return SUCCEEDED(hr) && isMove ? DestroyElement(name) : hr;
     }
 
     HRESULT STDMETHODCALLTYPE Commit(DWORD flags) override {

@@ -38,4 +38,9 @@ makeElementEnumerator(std::shared_ptr<const std::vector<ElementDescription>> ele
 HRESULT copyElements(IStorage* source, IStorage* target, SNB excluded, bool withStorages,
                      bool withStreams);
 
+// Copies one element, of that STGTY, into another storage under that name. With STGM_CREATE in
+// `creating` it goes over what is there; else STG_E_FILEALREADYEXISTS.
+HRESULT copyElement(IStorage* source, const OLECHAR* name, DWORD type, IStorage* target,
+                    const OLECHAR* newName, DWORD creating);
+
 } // namespace platform

@@ -82,25 +82,27 @@ bool isNamedIn(SNB names, OleView name) {
 constexpr DWORD readMode = STGM_READ | STGM_SHARE_EXCLUSIVE;
 constexpr DWORD writeMode = STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
 
-HRESULT copyStream(IStorage* source, IStorage* target, const OLECHAR* name) {
+HRESULT copyStream(IStorage* source, const OLECHAR* name, IStorage* target, const OLECHAR* newName,
+                   DWORD creating) {
     ComPtr<IStream> from;
     ComPtr<IStream> to;
     HRESULT hr = source->OpenStream(name, nullptr, readMode, 0, from.put());
-    if (SUCCEEDED(hr)) hr = target->CreateStream(name, writeMode | STGM_CREATE, 0, 0, to.put());
+    if (SUCCEEDED(hr)) hr = target->CreateStream(newName, writeMode | creating, 0, 0, to.put());
     ULARGE_INTEGER all;
     all.QuadPart = ~ULONGLONG{0};
     return SUCCEEDED(hr) ? from->CopyTo(to.get(), all, nullptr, nullptr) : hr;
 }
 
-// An inner storage that is there already takes the elements in.
-HRESULT copyStorage(IStorage* source, IStorage* target, const OLECHAR* name) {
+// With STGM_CREATE an inner storage that is there already takes the elements in.
+HRESULT copyStorage(IStorage* source, const OLECHAR* name, IStorage* target, const OLECHAR* newName,
+                    DWORD creating) {
     ComPtr<IStorage> from;
     ComPtr<IStorage> to;
     HRESULT hr = source->OpenStorage(name, nullptr, readMode, nullptr, 0, from.put());
     if (FAILED(hr)) return hr;
-    hr = target->CreateStorage(name, writeMode, 0, 0, to.put());
-    if (hr == STG_E_FILEALREADYEXISTS)
-        hr = target->OpenStorage(name, nullptr, writeMode, nullptr, 0, to.put());
+    hr = target->CreateStorage(newName, writeMode, 0, 0, to.put());
+    if (hr == STG_E_FILEALREADYEXISTS && creating)
+        hr = target->OpenStorage(newName, nullptr, writeMode, nullptr, 0, to.put());
     return SUCCEEDED(hr) ? from->CopyTo(0, nullptr, nullptr, to.get()) : hr;
 }
 
@@ -118,13 +120,19 @@ HRESULT copyElements(IStorage* source, IStorage* target, SNB excluded, bool with
         Description element;
         hr = elements->Next(1, &element.stat, nullptr);
         if (hr != S_OK) break;
-        if (isNamedIn(excluded, element.stat.pwcsName)) continue;
-        if (element.stat.type == STGTY_STREAM && withStreams)
-            hr = copyStream(source, target, element.stat.pwcsName);
-        else if (element.stat.type == STGTY_STORAGE && withStorages)
-            hr = copyStorage(source, target, element.stat.pwcsName);
+        const OLECHAR* name = element.stat.pwcsName;
+        const DWORD type = element.stat.type;
+        if (isNamedIn(excluded, name) || !(type == STGTY_STREAM ? withStreams : withStorages))
+            continue;
+        hr = copyElement(source, name, type, target, name, STGM_CREATE);
     }
     return FAILED(hr) ? hr : S_OK;
+}
+
+HRESULT copyElement(IStorage* source, const OLECHAR* name, DWORD type, IStorage* target,
+                    const OLECHAR* newName, DWORD creating) {
+    return (type == STGTY_STREAM ? copyStream : copyStorage)(source, name, target, newName,
+                                                             creating);
 }
 
 } // namespace platform

@@ -256,6 +256,31 @@ TEST_F(StorageTest, CopiesIntoAnotherWithoutWhatIsExcluded) {
     EXPECT_TRUE(FAILED(source->CopyTo(0, nullptr, nullptr, nullptr)));
 }
 
+TEST_F(StorageTest, ElementsMoveToOtherStorages) {
+    const auto source = create();
+    writeStream(source.get(), OLESTR("s"), "123");
+    writeStream(createStorage(source.get(), OLESTR("d")).get(), OLESTR("x"), "12345");
+    const auto target = createStorage(source.get(), OLESTR("t"));
+    writeStream(target.get(), OLESTR("taken"), "1");
+    const auto move = [&](const OLECHAR* name, const OLECHAR* newName, DWORD flags) {
+        return source->MoveElementTo(name, target.get(), newName, flags);
+    };
+
+    EXPECT_EQ(move(OLESTR("s"), OLESTR("copy"), STGMOVE_COPY), S_OK);
+    EXPECT_EQ(move(OLESTR("s"), OLESTR("moved"), STGMOVE_MOVE), S_OK);
+    EXPECT_EQ(move(OLESTR("d"), OLESTR("taken"), STGMOVE_MOVE), STG_E_FILEALREADYEXISTS);
+    EXPECT_EQ(move(OLESTR("d"), OLESTR("inner"), STGMOVE_MOVE), S_OK);
+    EXPECT_EQ(listing(source.get()), "t");
+    EXPECT_EQ(listing(target.get()), "copy3 inner moved3 taken1");
+    EXPECT_EQ(listing(openStorage(target.get(), OLESTR("inner")).get()), "x5");
+
+    EXPECT_EQ(move(OLESTR("none"), OLESTR("n"), STGMOVE_MOVE), STG_E_FILENOTFOUND);
+    EXPECT_EQ(move(OLESTR("t"), OLESTR("t"), STGMOVE_COPY), STG_E_ACCESSDENIED); // it is open
+    EXPECT_EQ(move(nullptr, OLESTR("n"), STGMOVE_COPY), STG_E_INVALIDNAME);
+    EXPECT_EQ(move(OLESTR("t"), OLESTR("n"), 2), STG_E_INVALIDFLAG);
+    EXPECT_EQ(source->MoveElementTo(OLESTR("t"), nullptr, OLESTR("n"), 0), STG_E_INVALIDPOINTER);
+}
+
 TEST_F(StorageTest, EnumeratesInPiecesFromTheStateAtTheTime) {
     const auto root = create();
     for (const OLECHAR* name : {OLESTR("a"), OLESTR("b"), OLESTR("c")})
