@@ -9,8 +9,9 @@ namespace axlink2 {
 
 // `guardedInvoke` with the arguments in `params`; the result goes to `*result`, unless that is
 // null. Raises the error of a failed call. Inline, since every member call passes through it.
-inline void invokeOrThrow(IDispatch* server, DISPID dispid, WORD flags, DISPPARAMS& params,
-                          platform::ScopedVariant* result) {
+[[gnu::always_inline]] inline void invokeOrThrow(IDispatch* server, DISPID dispid, WORD flags,
+                                                 DISPPARAMS& params,
+                                                 platform::ScopedVariant* result) {
     const UINT argumentCount = params.cArgs; // the server may write to `params`
     COMExcepInfo excepInfo(true);
     UINT argumentError = 0;
