@@ -81,12 +81,14 @@ void readAll(std::size_t count) {
 void readAllByName(std::size_t count) {
     static const auto names = [] {
         std::vector<std::string> made;
+        made.reserve(propertyCount);
         for (int i = 0; i < propertyCount; ++i)
             made.push_back("Property" + std::to_string(i));
         return made;
     }();
     for (; count > 0; --count) {
         std::vector<harray::unique_array> values;
+        values.reserve(names.size());
         for (const std::string& name : names)
             values.emplace_back(hxGetPropertyShared(object(), 0, name.c_str()));
     }

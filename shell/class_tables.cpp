@@ -57,7 +57,7 @@ std::string table(const std::string& heading, const std::vector<Row>& rows) {
 
 std::string columnsOfNames(const std::string& heading, const std::vector<std::string>& names) {
     if (names.empty()) return {};
-    std::size_t width = 0;
+    std::size_t width = 1;
     for (const std::string& name : names)
         width = std::max(width, widthOf(name) + 2);
     const std::size_t columns = std::max<std::size_t>(lineWidth / width, 1);

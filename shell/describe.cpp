@@ -121,6 +121,7 @@ Row propertyRow(const hxArray* object, const hos::HOSPropInfo& property) {
 
 std::vector<std::string> namesOf(const std::vector<hos::HOSEventInfo*>& events) {
     std::vector<std::string> names;
+    names.reserve(events.size());
     for (const hos::HOSEventInfo* event : events)
         names.emplace_back(event->getName());
     return names;

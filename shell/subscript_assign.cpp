@@ -66,7 +66,7 @@ void unify(Value& array, Value& value) {
 
 // The extents that the array has when all places exist.
 Extents grownExtents(const hxArray* array, const Places& places) {
-    const Extents own = extentsOf(array);
+    Extents own = extentsOf(array);
     bool fits = true;
     for (std::size_t i = 0; i < places.needed.size(); ++i)
         fits = fits && places.needed[i] <= places.extents[i];

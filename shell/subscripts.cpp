@@ -68,7 +68,7 @@ bool isVector(const Extents& extents) {
 Extents shapeOfLinear(const hxArray* array, const Subscript& subscript, std::size_t count) {
     if (subscript.all) return {count, 1};
     const Extents source = extentsOf(array);
-    const Extents given = extentsOf(subscript.value.get());
+    Extents given = extentsOf(subscript.value.get());
     const bool isMask = hxGetClassID(subscript.value.get()) == hxLOGICAL_CLASS;
     if (isVector(source) && isVector(given) && countOf(array) != 1)
         return source[0] == 1 ? Extents{1, count} : Extents{count, 1};

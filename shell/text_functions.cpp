@@ -43,6 +43,7 @@ Values num2strFunction(const Call& call) {
     }
     if (rows == 1) return {charText(lines[0])};
     std::vector<std::u16string> characters;
+    characters.reserve(lines.size());
     for (const std::string& line : lines)
         characters.emplace_back(line.begin(), line.end());
     return {Value(hxCreateCharMatrix(characters))};

@@ -212,6 +212,7 @@ class LibraryWriter {
         if (spec.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF) && names.size() > 1)
             names.pop_back();
         std::vector<LPOLESTR> pointers;
+        pointers.reserve(names.size());
         for (auto& name : names)
             pointers.push_back(name.data());
         const auto count = static_cast<UINT>(pointers.size());

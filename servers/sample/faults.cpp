@@ -11,14 +11,14 @@ namespace sample {
 
 SAMPLE_FAULT void writeThroughNull() {
     int* volatile nowhere = nullptr;
-    *static_cast<volatile int*>(nowhere) = 1;
+    *static_cast<volatile int*>(nowhere) = 1; // NOLINT: the fault that is wanted
 }
 
 SAMPLE_FAULT void divideByZero() {
     volatile int dividend = 1;
     volatile int divisor = 0;
     volatile int quotient = 0;
-    quotient = dividend / divisor;
+    quotient = dividend / divisor; // NOLINT: the fault that is wanted
     (void)quotient;
 }
 

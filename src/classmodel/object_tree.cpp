@@ -22,8 +22,8 @@ struct Ending {
 // The next relation of an object, told to forget it; null when there is none left.
 hos::HOSInterfacePtr nextRelation(Ending& ending) {
     while (ending.nextChild < ending.children.size()) {
-        const hos::HOSInterfacePtr child(ending.children[ending.nextChild++].object,
-                                         hos::HOSReferenceType::Strong);
+        hos::HOSInterfacePtr child(ending.children[ending.nextChild++].object,
+                                   hos::HOSReferenceType::Strong);
         if (COMInstanceRecord* record = recordOf(child)) {
             record->parents.clear();
             return child;
@@ -31,7 +31,7 @@ hos::HOSInterfacePtr nextRelation(Ending& ending) {
     }
     while (ending.nextParent < ending.parents.size()) {
         const ObjectLink& link = ending.parents[ending.nextParent++];
-        const hos::HOSInterfacePtr parent(link.object, hos::HOSReferenceType::Strong);
+        hos::HOSInterfacePtr parent(link.object, hos::HOSReferenceType::Strong);
         if (COMInstanceRecord* record = recordOf(parent)) {
             record->children.erase(link.key);
             return parent;

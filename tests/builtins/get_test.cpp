@@ -5,7 +5,6 @@ namespace {
 
 using namespace axlink2;
 using namespace axlink2::test;
-using hos::HOSValue;
 
 using Get = GadgetTest;
 

@@ -136,7 +136,7 @@ TEST_F(VariantToHost, NumericArraysKeepTheirClassAndOrder) {
             ULONG count = 1;
             for (const Bound& bound : bounds)
                 count *= bound.count;
-            for (ULONG i = 0; i < count; ++i)
+            for (std::size_t i = 0; i < count; ++i)
                 static_cast<char*>(array->pvData)[i * array->cbElements] = static_cast<char>(i + 1);
             EXPECT_EQ(received(variantOf(vt, std::move(array))), "1: " + name + elements);
         };

@@ -44,7 +44,8 @@ TEST_F(Embedding, AModuleThatIsNoneIsRefusedWithItsName) {
     const std::pair<const char*, const char*> rows[] = {{"no/such/module.so", "no/such/module.so"},
                                                         {HOST_LIBRARY, "RegisterAxlink2"}};
     for (const auto& [library, part] : rows) {
-        const auto error = axlink2::test::describedErrorOf([&] { velmar::loadModule(library); });
+        const auto error =
+            axlink2::test::describedErrorOf([name = library] { velmar::loadModule(name); });
         EXPECT_NE(error.text.find(part), std::string::npos) << error.text;
     }
 }

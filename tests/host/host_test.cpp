@@ -224,7 +224,7 @@ TestClass::TestClass(ClassSpec spec, std::string className)
     hos::HOSPackage* package = hos::HOSPackage::getNamespace(name("Test"));
     package->addClass(new TestClassInfo(className, spec_), 0, 2);
     hos::HOSInterfacePtr handle;
-    live_ = hos::HOSClassPtrHelper::getObject(*package->findClass(&handle, className.c_str(), 0));
+    live_ = hos::HOSClassPtrHelper::getObject(*package->findClass(&handle, className, 0));
 }
 
 hos::id TestClass::id() const {

@@ -8,10 +8,8 @@
 
 namespace velsh::test {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 TEST(Completion, OffersNamesAndMembers) {
     defineWidgets();

@@ -8,7 +8,7 @@
 #include <utility>
 
 #define NEXT(name)                                                                                 \
-    static auto* const next = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name))
+    static auto* const next = reinterpret_cast<decltype(&(name))>(dlsym(RTLD_NEXT, #name))
 
 // POINT(plan, what a failing call gives, result type, name, parameters, arguments)
 #define POINT(plan, failure, Result, name, parameters, arguments)                                  \

@@ -131,7 +131,7 @@ Problems runFaults(bool isLong) {
         const std::ptrdiff_t growth = heapInUse() - level;
         std::printf("%d faults; memory in use grew by %td bytes\n", count, growth);
         // Classes that were met for the first time, whatever the number of faults.
-        if (growth > 64 * 1024) problems.push_back("memory in use grows");
+        if (growth > std::ptrdiff_t{64} * 1024) problems.push_back("memory in use grows");
     }
     if (const std::string left = before.newcomers(); !left.empty())
         problems.push_back("left alive: " + left);

@@ -73,11 +73,11 @@ class SoakTable {
                     static_cast<double>(late.heap) / kib, static_cast<double>(early.resident) / mib,
                     static_cast<double>(late.resident) / mib);
         // A table may still grow by a step; what grows with the work grows by more.
-        constexpr std::ptrdiff_t heapStep = 16 * 1024;
+        constexpr std::ptrdiff_t heapStep = std::ptrdiff_t{16} * 1024;
         if (late.heap - early.heap > heapStep)
             problems_.push_back(std::string(name) + ": memory in use grows");
 #ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
-        if (late.resident - early.resident > 4 * 1024 * 1024)
+        if (late.resident - early.resident > std::ptrdiff_t{4} * 1024 * 1024)
             problems_.push_back(std::string(name) + ": memory grows");
 #endif
         // Short slices say little about time.

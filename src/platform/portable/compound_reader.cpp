@@ -226,7 +226,8 @@ class CompoundReader {
 } // namespace
 
 HRESULT parseCompoundFile(std::span<const std::byte> file, StorageEntry& root) {
-    if (file.size() < headerSize || std::memcmp(file.data(), signature.data(), signature.size()))
+    if (file.size() < headerSize ||
+        std::memcmp(file.data(), signature.data(), signature.size()) != 0)
         return STG_E_FILEALREADYEXISTS;
     try {
         CompoundReader(file).readInto(root);

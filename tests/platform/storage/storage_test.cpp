@@ -5,7 +5,7 @@ namespace storage_test {
 namespace {
 
 TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
-    const std::string large(9'000'000, 'L');
+    const std::string large(8'000'000, 'L');
     const std::string medium(5000, 'M');
     const std::string name = "\xC3\xBC\xE6\xBC\xA2.bin"; // beyond ASCII
     {
@@ -24,7 +24,7 @@ TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
     const auto root = open(name);
     ASSERT_TRUE(root);
     EXPECT_EQ(listing(root.get()), "\xC3\xBC\xE6\xBC\xA2"
-                                   "4 Empty0 Inner Large9000000");
+                                   "4 Empty0 Inner Large8000000");
     EXPECT_EQ(readStream(root.get(), OLESTR("large")), large);
     EXPECT_EQ(readStream(root.get(), OLESTR("Empty")), "");
     const auto inner = openStorage(root.get(), OLESTR("Inner"), reading);
