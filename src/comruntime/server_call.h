@@ -15,6 +15,20 @@ HRESULT askServer(Call&& call) {
     return fault ? E_FAIL : hr;
 }
 
+// What `ask`, a question about type information, answers. A server that is busy with its own
+// message loop gets a second before its refusal counts.
+template <class Ask>
+HRESULT askPatiently(Ask&& ask) {
+    constexpr int mostRetries = 20;
+    constexpr DWORD wait = 50; // milliseconds
+    HRESULT hr = askServer(ask);
+    for (int retry = 0; hr == RPC_E_CALL_REJECTED && retry < mostRetries; ++retry) {
+        Sleep(wait);
+        hr = askServer(ask);
+    }
+    return hr;
+}
+
 // `target->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, out)`. A fault inside the server gives E_FAIL.
 HRESULT guardedGetTypeInfo(IDispatch* target, ITypeInfo** out);
 

@@ -1,7 +1,6 @@
 // The rules of a member's entry, and the way from a server to its description.
 #include "comruntime/type_description.h"
 
-#include "comruntime/server_call.h"
 #include "comruntime/type_reader.h"
 #include "platform/holders.h"
 
@@ -51,10 +50,6 @@ COMTypeDescription::COMTypeDescription(ITypeInfo* typeInfo, IDispatch* server) {
 }
 
 std::unique_ptr<COMTypeDescription> COMTypeDescription::ofServer(IDispatch* server) {
-    UINT count = 0;
-    if (!server || FAILED(askServer([&] { return server->GetTypeInfoCount(&count); })) ||
-        count != 1)
-        return nullptr;
     const auto info = typeInfoOf(server);
     if (!info) return nullptr;
     return std::make_unique<COMTypeDescription>(info.get(), server);

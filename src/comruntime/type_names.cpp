@@ -39,8 +39,13 @@ std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispa
 }
 
 ServerPtr<ITypeInfo> typeInfoOf(IDispatch* server) {
-    if (!server) return {};
-    return obtain<ITypeInfo>([&](ITypeInfo** out) { return guardedGetTypeInfo(server, out); });
+    UINT count = 0;
+    if (!server || FAILED(askPatiently([&] { return server->GetTypeInfoCount(&count); })) ||
+        count != 1)
+        return {};
+    ITypeInfo* given = nullptr;
+    const HRESULT hr = askPatiently([&] { return guardedGetTypeInfo(server, &given); });
+    return ServerPtr<ITypeInfo>::adopt(SUCCEEDED(hr) ? given : nullptr);
 }
 
 ServerPtr<ITypeInfo> referencedType(ITypeInfo* owner, HREFTYPE reference) {

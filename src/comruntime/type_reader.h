@@ -14,8 +14,8 @@ namespace axlink2 {
 // what it was about and nothing else.
 void readTypeDescription(ITypeInfo* typeInfo, IDispatch* server, COMTypeDescription& description);
 
-// The type information of a server, as the server gives it; empty for null and when it can't be
-// had.
+// The type information of a server, as the server gives it; empty for null, for a server that has
+// none or more than one, and when it can't be had.
 ServerPtr<ITypeInfo> typeInfoOf(IDispatch* server);
 
 // The name of a member, or of the type itself for MEMBERID_NIL; null when it can't be read.

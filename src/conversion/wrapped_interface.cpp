@@ -29,23 +29,8 @@ ServerPtr<IDispatch> takeInterface(const VARIANT& v) {
     return queryServer<IDispatch>(unknown.get(), IID_IDispatch);
 }
 
-// A server that is busy with its own message loop gets a second.
-HRESULT typeInfoCount(IDispatch* server, UINT* count) {
-    constexpr int mostTries = 20;
-    constexpr DWORD wait = 50; // milliseconds
-    const auto ask = [&] { return askServer([&] { return server->GetTypeInfoCount(count); }); };
-    HRESULT hr = ask();
-    for (int retry = 0; hr == RPC_E_CALL_REJECTED && retry < mostTries; ++retry) {
-        Sleep(wait);
-        hr = ask();
-    }
-    return hr;
-}
-
 // The IID's text in braces; null for an interface without type information.
 _bstr_t identityOf(IDispatch* server) {
-    UINT count = 0;
-    if (FAILED(typeInfoCount(server, &count)) || count != 1) return _bstr_t();
     const auto info = typeInfoOf(server);
     const platform::TypeAttrHolder attributes(info.get(), &ITypeInfo::GetTypeAttr);
     OLECHAR text[39];

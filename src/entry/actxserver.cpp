@@ -1,8 +1,5 @@
 // actxserver: a new server and an object of its class.
 #include "classmodel/class_description.h"
-#include "classmodel/namespaces.h"
-#include "classmodel/object_creation.h"
-#include "comruntime/class_names.h"
 #include "comruntime/server_creation.h"
 #include "comruntime/text_argument.h"
 #include "entry/builtin_arguments.h"
@@ -33,10 +30,9 @@ HRESULT initializeThread() {
 // The first server of a ProgID, from whose type information the class is made.
 ServerPtr<IDispatch> startFirstServer(const std::string& progId,
                                       const platform::OleString& machine) {
-    const _bstr_t wideProgId(progId.c_str());
     CLSID clsid{};
     ServerPtr<IDispatch> server;
-    HRESULT hr = CLSIDFromProgID(wideProgId, &clsid);
+    HRESULT hr = classIdOf(progId, &clsid);
     if (SUCCEEDED(hr)) hr = initializeThread();
     if (SUCCEEDED(hr)) hr = createServerDispatch(clsid, server.put(), machine);
     if (FAILED(hr)) raiseCreationFailure(hr, progId);
@@ -53,10 +49,9 @@ harray::unique_array furtherObject(hos::HOSClass* owner, const platform::OleStri
 
 harray::unique_array createServerObject(const std::string& progId,
                                         const platform::OleString& machine) {
-    const std::string className = encodeClassName(progId);
-    hos::HOSClass* owner = findClass(comNamespace, className);
+    hos::HOSClass* owner = findServerClass(progId);
     return owner ? furtherObject(owner, machine)
-                 : serverObject(className, startFirstServer(progId, machine));
+                 : serverObject(progId, startFirstServer(progId, machine));
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 // actxGetRunningServer: an object for a server that is running already.
-#include "comruntime/class_names.h"
 #include "comruntime/server_call.h"
 #include "comruntime/text_argument.h"
 #include "entry/builtin_arguments.h"
@@ -20,10 +19,8 @@ ServerPtr<IDispatch> runningServer(const CLSID& clsid) {
 }
 
 ServerPtr<IDispatch> attachToServer(const std::string& progId) {
-    const _bstr_t wideProgId(progId.c_str());
     CLSID clsid{};
-    if (FAILED(CLSIDFromProgID(wideProgId, &clsid)))
-        hmsgcore::raise(VELMAR::COM::invalidprogid(progId));
+    if (FAILED(classIdOf(progId, &clsid))) hmsgcore::raise(VELMAR::COM::invalidprogid(progId));
     ServerPtr<IDispatch> server = runningServer(clsid);
     if (!server) hmsgcore::raise(VELMAR::COM::norunningserver(progId));
     return server;
@@ -37,8 +34,5 @@ void COM2::actxGetRunningServer(int nlhs, ArrayHandle* plhs, int nrhs, const hxA
     requireCounts(nlhs, nrhs, 1);
     if (!hoststring::isNonMissingScalarText(prhs[0], 1)) hmsgcore::raise(VELMAR::COM::invalidArg());
     const std::string progId = readNarrowText(prhs[0]);
-    const std::string className = encodeClassName(progId);
-    ServerPtr<IDispatch> server = attachToServer(progId);
-
-    plhs[0] = serverObject(className, std::move(server));
+    plhs[0] = serverObject(progId, attachToServer(progId));
 }

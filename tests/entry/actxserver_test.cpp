@@ -1,7 +1,10 @@
 // actxserver: its forms, its errors, and how servers and classes come into being.
 #include "classmodel/object_creation.h"
+#include "comruntime/system_message.h"
 #include "host/text.h"
 #include "support/server_fixture.h"
+
+#include <thread>
 
 namespace {
 
@@ -30,6 +33,13 @@ struct ActXServer : ServerTest {
         std::ranges::transform(arrays, raw.begin(), &Array::get);
         Array output;
         COM2::actxserver(nlhs, &output, static_cast<int>(arrays.size()), raw.data());
+        return output;
+    }
+    static Array attach(const std::string& progId) {
+        Array output;
+        const Array name = text(progId);
+        const hxArray* inputs[] = {name.get()};
+        COM2::actxGetRunningServer(1, &output, 1, inputs);
         return output;
     }
     template <class... Inputs>
@@ -99,12 +109,18 @@ TEST_F(ActXServerStarted, NamesTheProgIdOrTheSystemsReasonWhenNothingStarts) {
     EXPECT_NE(unknown.text.find("No.Such.Server"), std::string::npos);
 
     const Array known = create(1, "Test.Simple");
-    EXPECT_EQ(failure(1, "Test.Simple", "elsewhere"), "VELMAR:COM:servercreationfailed");
+    const auto elsewhere = error(1, "Test.Simple", "elsewhere");
+    EXPECT_EQ(elsewhere.identifier, "VELMAR:COM:servercreationfailed");
 
     kit::registerProgId("Test.Away", guidOf("Away"));
     const auto away = error(1, "Test.Away");
     EXPECT_EQ(away.identifier, "VELMAR:COM:servercreationfailed");
-    EXPECT_NE(away.text.size(), 0u);
+    for (const auto& [text, hr] :
+         {std::pair(away.text, REGDB_E_CLASSNOTREG),
+          {elsewhere.text, HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE)}}) {
+        const std::string reason = hsys::i18n::to_string(systemMessageText(hr));
+        EXPECT_NE(text.find(reason.substr(0, reason.find('\r'))), std::string::npos) << text;
+    }
     EXPECT_EQ(findClass("COM", "Test_Away"), nullptr);
 }
 
@@ -137,16 +153,113 @@ TEST_F(ActXServer, RefusesAServerWithoutIDispatch) {
               "VELMAR:COM:servercreationfailed");
 }
 
-TEST_F(ActXServerStarted, KeepsNoServerForAProgIdThatItsClassNameDoesNotGiveBack) {
-    kit::registerProgId("Test.-Odd", PlainServer::clsid());
-    const int alive = kit::liveObjects();
-    const auto odd = error(1, "Test.-Odd");
-    EXPECT_EQ(odd.identifier, "VELMAR:COM:invalidprogid");
-    EXPECT_NE(odd.text.find("Test Odd"), std::string::npos);
-    EXPECT_NE(odd.text.find("800401f3"), std::string::npos);
-    EXPECT_EQ(kit::liveObjects(), alive);
+// Neither before nor after another ProgID has taken the name of its class.
+TEST_F(ActXServerStarted, RefusesAProgIdThatItsClassNameDoesNotGiveBack) {
+    struct Row {
+        const char* progId;
+        const char* other; // whose class name it has
+        bool isRegistered;
+    };
+    const Row rows[] = {
+        {"Test.-Odd", "Test Odd", true},
+        {"Test..App", "Test_App", true},
+        {"Test.-Away", "Test Away", false},
+    };
+    for (const auto& [progId, other, isRegistered] : rows) {
+        kit::registerProgId(other, PlainServer::clsid());
+        if (isRegistered) kit::registerProgId(progId, PlainServer::clsid());
+        const char* const refusal =
+            isRegistered ? "VELMAR:COM:invalidprogid" : "VELMAR:COM:InvalidProgid";
+        const int alive = kit::liveObjects();
+        EXPECT_EQ(failure(1, progId), refusal);
+        EXPECT_TRUE(create(1, other));
+        const auto after = error(1, progId);
+        EXPECT_EQ(after.identifier, refusal);
+        EXPECT_NE(after.text.find(progId), std::string::npos) << after.text;
+        EXPECT_EQ(errorOf([&] { attach(progId); }), "VELMAR:COM:invalidprogid");
+        EXPECT_EQ(kit::liveObjects(), alive);
+    }
     kit::registerProgId("Test_One.Server-2", PlainServer::clsid());
     EXPECT_EQ(hoGetClassID(create(1, "Test_One.Server-2").get()).str(), "COM.Test__One_Server___2");
+}
+
+TEST_F(ActXServerStarted, StartsFurtherServersByTheClassIdOfTheFirst) {
+    kit::registerProgId("Test.Moved", PlainServer::clsid());
+    const Array first = create(1, "Test.Moved");
+    kit::registerProgId("Test.Moved", guidOf("Away"));
+    EXPECT_TRUE(create(1, "Test.Moved"));
+}
+
+// Class objects of every kind of server are found.
+TEST_F(ActXServer, StartsServersInAnyContext) {
+    for (const DWORD context : {CLSCTX_INPROC_SERVER, CLSCTX_LOCAL_SERVER, CLSCTX_REMOTE_SERVER}) {
+        const std::string progId = "Test.Context" + std::to_string(context);
+        kit::registerProgId(progId, guidOf(progId));
+        const auto factory =
+            kit::makeClassFactory([] { return kit::createDispatch<PlainServer>(); });
+        DWORD cookie = 0;
+        ASSERT_EQ(CoRegisterClassObject(guidOf(progId), factory.get(), context, REGCLS_MULTIPLEUSE,
+                                        &cookie),
+                  S_OK);
+        EXPECT_EQ(failure(1, progId), "");
+        CoRevokeClassObject(cookie);
+    }
+}
+
+// The first server of a class makes the thread an apartment, once, unless it is of the other kind.
+TEST_F(ActXServerStarted, LeavesAThreadInOneApartment) {
+    constexpr DWORD none = ~DWORD{0};
+    struct Row {
+        DWORD before;
+        HRESULT after; // of a further initialisation
+    };
+    const Row rows[] = {{none, S_FALSE},
+                        {COINIT_APARTMENTTHREADED, S_FALSE},
+                        {COINIT_MULTITHREADED, RPC_E_CHANGED_MODE}};
+    for (const auto& [before, after] : rows) {
+        const std::string progId = "Test.Thread" + std::to_string(&after - &rows[0].after);
+        kit::registerProgId(progId, PlainServer::clsid());
+        std::thread([&, before = before, after = after] {
+            if (before != none) CoInitializeEx(nullptr, before);
+            const std::string identifier = failure(1, progId);
+            if (FAILED(after)) {
+                EXPECT_EQ(identifier, "VELMAR:COM:servercreationfailed");
+            }
+            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), after);
+            if (SUCCEEDED(after)) CoUninitialize();
+            CoUninitialize();
+            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+            CoUninitialize();
+        }).join();
+    }
+}
+
+// A server that is busy when its class is made.
+class Busy : public Served<Busy> {
+  public:
+    static constexpr const char* className = "Busy";
+    static void declare(Builder& builder) { builder.method("Run", &Busy::run); }
+    double run() { return 5; }
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        return refused(0) ? RPC_E_CALL_REJECTED : Served::GetTypeInfoCount(count);
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override {
+        return refused(1) ? RPC_E_CALL_REJECTED : Served::GetTypeInfo(index, lcid, info);
+    }
+
+    static inline int refusals[2]; // left, of each question
+  private:
+    static bool refused(int question) { return refusals[question] > 0 && refusals[question]--; }
+};
+
+TEST_F(ActXServer, WaitsForABusyServerBeforeItMakesTheClass) {
+    for (const int question : {0, 1}) {
+        Busy::refusals[question] = 3;
+        const Array object = start<Busy>("Test.Busy" + std::to_string(question));
+        EXPECT_EQ(number(call(object, "Run", 1)[0].get()), 5.0);
+        EXPECT_EQ(Busy::refusals[question], 0);
+    }
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // Attaching to a running server.
+#include "support/com_double.h"
 #include "support/server_fixture.h"
 
 namespace {
@@ -36,6 +37,35 @@ TEST_F(RunningServer, IsSharedByAllWhoAttachToIt) {
     }
     EXPECT_EQ(RevokeActiveObject(cookie, nullptr), S_OK);
     EXPECT_EQ(server->references(), 1u);
+}
+
+// What it is registered with stands for the server that it names as its identity.
+class Agent : public Counted<Silent<IDispatch>> {
+  public:
+    explicit Agent(IUnknown* server)
+        : Counted("agent"), server_(platform::ComPtr<IUnknown>::borrow(server)) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        if (iid == IID_IUnknown && isRegistered) return server_->QueryInterface(iid, out);
+        return offer(iid == IID_IDispatch || iid == IID_IUnknown, this, out);
+    }
+    bool isRegistered = false;
+
+  private:
+    platform::ComPtr<IUnknown> server_;
+};
+
+TEST_F(RunningServer, IsAttachedToThroughItsIdentity) {
+    kit::registerProgId("Test.Agent", guidOf("Agent"));
+    const auto server = kit::create<PlainServer>();
+    const auto agent =
+        platform::ComPtr<Agent>::adopt(new Agent(static_cast<IDispatch*>(server.get())));
+    DWORD cookie = 0;
+    ASSERT_EQ(RegisterActiveObject(agent.get(), guidOf("Agent"), ACTIVEOBJECT_STRONG, &cookie),
+              S_OK);
+    agent->isRegistered = true;
+    EXPECT_EQ(record(attach(text("Test.Agent"))).dispatch, server.get());
+    agent->isRegistered = false;
+    EXPECT_EQ(RevokeActiveObject(cookie, nullptr), S_OK);
 }
 
 TEST_F(RunningServer, MustBeThereAndItsProgIdKnown) {

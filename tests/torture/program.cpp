@@ -3,6 +3,7 @@
 
 #include "host/embedding.h"
 #include "platform/guarded_call.h"
+#include "platform/shared_library.h"
 #include "servers/sample/documents.h"
 #include "servers/sample/server.h"
 #include "shell/function_handles.h"
@@ -13,11 +14,35 @@
 #include <utility>
 
 namespace torture {
+namespace {
+
+// A registration that fails, each time at a later allocation, is tried again.
+void registerAtLast() {
+    platform::SharedLibrary library(AXLINK2_MODULE);
+    auto* const registerModule = library.find<void()>("RegisterAxlink2");
+    library.keep();
+    bool isRegistered = false;
+    for (anyMemory.failingCall = 0; !isRegistered; ++anyMemory.failingCall) {
+        anyMemory.calls = 0;
+        anyMemory.counting = true;
+        try {
+            registerModule();
+            isRegistered = true;
+        } catch (const std::bad_alloc&) {
+        }
+        anyMemory.counting = false;
+    }
+    anyMemory.failingCall = -1;
+}
+
+} // namespace
 
 Environment::Environment() {
-    // A thread's first guarded call registers the end of the thread, for which the system's library
-    // must have memory.
+    // A thread's first guarded call and its apartment register the end of the thread, for which the
+    // system's library must have memory.
     platform::guarded([] {});
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    registerAtLast();
     velmar::loadModule(AXLINK2_MODULE);
     velsh::defineFunctions();
     const auto serveSample = [this]<class Server>(const char* progId, std::type_identity<Server>) {
