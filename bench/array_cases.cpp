@@ -32,7 +32,7 @@ unique_array numbers(std::size_t rows, std::size_t columns, hxClassID type) {
 ScopedVariant toServer(const hxArray* value, bool forceArray = false) {
     ScopedVariant target;
     ReferenceHolders holders;
-    hostToVariant(target.inOut(), value, false, 0, 0, 0, forceArray, holders);
+    hostToVariant(target.inOut(), value, false, 0, 0, 0, forceArray, &holders);
     return target;
 }
 

@@ -34,11 +34,15 @@ COMCoclassClassInfo::COMCoclassClassInfo(const std::string& name, IDispatch* ser
                     VELMAR::COM::invalidprogidNameAndErrcode(progId, code));
 }
 
-const COMInstanceRecord* generatedRecordOf(const hxArray* objects) {
+IDispatch* passedServerOf(const hxArray* objects) {
     const hos::HOSInterfacePtr object = hoGetArrayElement(objects, 0);
-    hos::HOSClass* owner = object && !object->isDeleted() ? object->getClass() : nullptr;
-    const bool isGenerated = owner && dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo());
-    return isGenerated ? recordOf(object) : nullptr;
+    if (!object) return nullptr;
+    if (object->isDeleted()) raiseInvalidHandle();
+    hos::HOSClass* owner = object->getClass();
+    if (!owner || !dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo())) return nullptr;
+    const COMInstanceRecord* record = recordOf(object);
+    if (!record || !record->dispatch) raiseInvalidHandle();
+    return record->dispatch;
 }
 
 } // namespace axlink2

@@ -66,8 +66,9 @@ class COMInterfaceClassInfo : public COMBaseClassInfo {
                                  COMTypeDescription& description) override;
 };
 
-// The record of the object in element 0. Null when there is none, when it has gone, and for an
-// object of a class that isn't generated, whose data is something else.
-const COMInstanceRecord* generatedRecordOf(const hxArray* objects);
+// The server of the object in element 0, which goes to a server as a value. Null when there is no
+// object, and for one of a class that isn't generated, whose data is something else. Raises
+// "VELMAR:class:InvalidHandle" for an object that has ended or has no server.
+IDispatch* passedServerOf(const hxArray* objects);
 
 } // namespace axlink2

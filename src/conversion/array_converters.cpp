@@ -55,13 +55,17 @@ void passOnOther(const VARIANT& held, VARIANT* out, VARIANT* backing) {
         return;
     }
     VariantCopyInd(backing, const_cast<VARIANT*>(&held));
-    if (held.vt == (VT_BYREF | VT_VARIANT)) {
-        out->vt = held.vt;
-        out->pvarVal = backing;
-    } else {
-        makeByRefVariant(out, backing);
-    }
+    makeByRefVariant(out, backing);
 }
+
+// An array of nothing; null for an element type that there are no arrays of.
+SAFEARRAY* arrayOfNone(VARTYPE elementType) {
+    SAFEARRAYBOUND bounds[2]{};
+    return SafeArrayCreate(elementType, 2, bounds);
+}
+
+// Nothing that has a type which a reference could name.
+bool isBlank(const VARIANT& v) { return v.vt == VT_EMPTY || v.vt == VT_NULL || v.vt == VT_ERROR; }
 
 std::string typeName(const char* kind, VARTYPE elementType) {
     return std::string(kind).append("(").append(vartypeName(elementType)).append(")");
@@ -98,7 +102,11 @@ void ArgVariantConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* 
     if (!byRef) return handOver(value, out);
     handOver(value, backing);
     if (backing->vt & VT_BYREF) VariantCopyInd(backing, backing);
-    makeByRefVariant(out, backing);
+    if (!isBlank(*backing)) return makeByRefVariant(out, backing);
+    // What stands for a missing argument arrives as a whole: servers behind a type library take no
+    // reference into it.
+    out->vt = VT_BYREF | VT_VARIANT;
+    out->pvarVal = backing;
 }
 
 void ArgSafeArrayConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT*, bool) {
@@ -115,14 +123,16 @@ void ArgRefSafeArrayConverter::toVariant(hos::HOSValue value, VARIANT* out, VARI
     const auto* instance = value.pointer<COMVariantInstance>();
     if (!instance) return;
     const VARIANT& held = *instance->variant;
-    if ((held.vt & (VT_BYREF | VT_ARRAY)) != (VT_BYREF | VT_ARRAY)) {
-        passOnOther(held, out, backing);
-        return;
+    if (held.vt == (VT_BYREF | VT_VARIANT)) { // an empty value
+        backing->parray = arrayOfNone(elementVartype);
+        backing->vt = vartype;
+    } else if ((held.vt & VT_BYREF) && (held.vt & VT_ARRAY)) {
+        backing->parray = held.pparray ? std::exchange(*held.pparray, nullptr) : nullptr;
+        backing->vt = static_cast<VARTYPE>((held.vt & VT_TYPEMASK) | VT_ARRAY);
+    } else {
+        return passOnOther(held, out, backing);
     }
-    backing->vt = static_cast<VARTYPE>((held.vt & VT_TYPEMASK) | VT_ARRAY);
-    backing->parray = held.pparray ? std::exchange(*held.pparray, nullptr) : nullptr;
-    out->vt = static_cast<VARTYPE>(backing->vt | VT_BYREF);
-    out->pparray = &backing->parray;
+    makeByRefVariant(out, backing);
 }
 
 hos::HOSDataTypePtr ArgRefSafeArrayConverter::getDataType() {

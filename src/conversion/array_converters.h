@@ -40,7 +40,7 @@ class ArgSafeArrayConverter : public ArgInstanceConverter {
 };
 
 // An array that comes out, or goes both ways: the server sees a slot that it may put another array
-// into.
+// into. An empty double is an array of none.
 class ArgRefSafeArrayConverter : public ArgInstanceConverter {
   public:
     explicit ArgRefSafeArrayConverter(VARTYPE elementType)

@@ -113,7 +113,7 @@ SAFEARRAY* numericToSafeArray(const hxArray* value, const NumericClass& row) {
     return array.detach();
 }
 
-SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt, ReferenceHolders& holders) {
+SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt) {
     const Nesting nesting;
     if (hxGetNumberOfDimensions(value) > 2) hmsgcore::raise(VELMAR::COM::cell_invalid_dimensions());
     // A two-dimensional array's elements lie in the same order here and there.
@@ -128,7 +128,7 @@ SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt, ReferenceHolders& h
         if (vt == VT_BSTR)
             elementsOf<BSTR>(array)[i] = elementText(element);
         else
-            hostToVariant(elementsOf<VARIANT>(array) + i, element, false, 0, 0, 0, false, holders);
+            hostToVariant(elementsOf<VARIANT>(array) + i, element, false, 0, 0, 0, false, nullptr);
     }
     return array.detach();
 }

@@ -24,7 +24,7 @@ struct Request {
     const hxArray* value;
     bool byRef;
     bool forceArray;
-    ReferenceHolders& holders;
+    ReferenceHolders* holders;
 
     bool isEmpty() const { return hxIsEmpty(value); }
     bool isSmall() const {
@@ -43,7 +43,7 @@ void setMissing(VARIANT& target) {
 }
 
 void setArray(const Request& request, VARTYPE vt, ScopedSafeArray array) {
-    VARIANT& owner = request.byRef ? request.holders.add() : request.target;
+    VARIANT& owner = request.byRef ? request.holders->add() : request.target;
     owner.parray = array.detach();
     owner.vt = static_cast<VARTYPE>(vt | VT_ARRAY);
     if (request.byRef) refer(request.target, owner.vt, &owner.parray);
@@ -68,7 +68,7 @@ bool isNaN(const hxArray* value) {
 
 void convertSmallDouble(const Request& request, const NumericClass& row) {
     if (request.byRef && request.isEmpty())
-        refer(request.target, VT_VARIANT, &request.holders.add());
+        refer(request.target, VT_VARIANT, &request.holders->add());
     else if (!request.byRef && (request.isEmpty() || isNaN(request.value)))
         setMissing(request.target);
     else
@@ -79,7 +79,7 @@ void convertSmallLogical(const Request& request) {
     const auto* data = static_cast<const unsigned char*>(hxGetData(request.value));
     if (!data) return;
     // The host's byte has no room for what a server writes.
-    VARIANT& owner = request.byRef ? request.holders.add() : request.target;
+    VARIANT& owner = request.byRef ? request.holders->add() : request.target;
     owner.vt = VT_BOOL;
     owner.boolVal = *data ? VARIANT_TRUE : VARIANT_FALSE;
     if (request.byRef) refer(request.target, VT_BOOL, &owner.boolVal);
@@ -104,18 +104,17 @@ void convertNumeric(const Request& request, const NumericClass& row) {
 }
 
 void convertChar(const Request& request) {
-    VARIANT& owner = request.byRef ? request.holders.add() : request.target;
+    VARIANT& owner = request.byRef ? request.holders->add() : request.target;
     owner.bstrVal = charToBstr(request.value);
     owner.vt = VT_BSTR;
     if (request.byRef) refer(request.target, VT_BSTR, &owner.bstrVal);
 }
 
 void convertCell(const Request& request) {
-    auto array =
-        ScopedSafeArray::adopt(cellToSafeArray(request.value, VT_VARIANT, request.holders));
-    if (request.byRef || !axlink::PassSafeArrayByRef())
+    auto array = ScopedSafeArray::adopt(cellToSafeArray(request.value, VT_VARIANT));
+    if (request.byRef || !request.holders || !axlink::PassSafeArrayByRef())
         return setArray(request, VT_VARIANT, std::move(array));
-    VARIANT& owner = request.holders.add();
+    VARIANT& owner = request.holders->add();
     owner.parray = array.detach();
     owner.vt = VT_VARIANT | VT_ARRAY;
     refer(request.target, VT_VARIANT, &owner);
@@ -123,11 +122,11 @@ void convertCell(const Request& request) {
 
 // An object of a class that isn't the module's has no interface to pass.
 void convertHandle(const Request& request) {
-    const COMInstanceRecord* record = generatedRecordOf(request.value);
-    if (!record) return;
+    IDispatch* const server = passedServerOf(request.value);
+    if (!server) return;
+    server->AddRef();
     request.target.vt = VT_DISPATCH;
-    request.target.pdispVal = record->dispatch;
-    if (record->dispatch) record->dispatch->AddRef();
+    request.target.pdispVal = server;
 }
 
 // Neither objects nor strings have a by-reference form.
@@ -150,11 +149,11 @@ bool hasEmptyReference(hxClassID id) {
 } // namespace
 
 void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int col, int rows,
-                   bool forceArray, ReferenceHolders& holders) {
+                   bool forceArray, ReferenceHolders* holders) {
     if (row == 0 && col == 0) base->vt = VT_EMPTY;
     VARIANT& target = base[row + static_cast<std::ptrdiff_t>(col) * rows];
     if (!value) { // reads as an empty double
-        if (byRef) return refer(target, VT_VARIANT, &holders.add());
+        if (byRef) return refer(target, VT_VARIANT, &holders->add());
         return setMissing(target);
     }
     const hxClassID id = hxGetClassID(value);

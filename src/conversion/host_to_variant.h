@@ -13,14 +13,16 @@ namespace axlink2 {
 
 // Writes `value` to `base[row + col * rows]`; all three are 0 for a single VARIANT, whose old
 // content isn't looked at. The target owns its text, array or reference. With `byRef` it refers to
-// `holders`, or to the host array's own data, and both must outlive it. With `forceArray` a 1-by-1
-// value that isn't empty becomes an array.
+// `holders`, or to the host array's own data, and both must outlive it. Without holders, which is
+// the way of an array's elements, nothing is referred to. With `forceArray` a 1-by-1 value that
+// isn't empty becomes an array.
 //
 // An empty or NaN double is a missing argument. A class without a conversion leaves VT_EMPTY, with
 // the warning "VELMAR:COM:invalidargumenttype". Raises that identifier for complex arrays and for
-// an empty value of a class that has no by-reference form, and what the array conversions raise.
+// an empty value of a class that has no by-reference form, "VELMAR:class:InvalidHandle" for an
+// object that has ended, and what the array conversions raise.
 void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int col, int rows,
-                   bool forceArray, ReferenceHolders& holders);
+                   bool forceArray, ReferenceHolders* holders);
 
 // A numeric or logical array with lower bounds of 0 and the host's dimensions. The caller owns it.
 // Raises "VELMAR:COM:sparse_array_notsupported" and "VELMAR:COM:invalidargumenttype" (complex).
@@ -33,7 +35,7 @@ SAFEARRAY* numericToSafeArray(const hxArray* value, const NumericClass& row);
 // A cell as an array of VT_VARIANT or VT_BSTR. Raises "VELMAR:COM:cell_invalid_dimensions" for a
 // cell, or an element, of more than two dimensions, and "VELMAR:COM:cell_invalid_contents" for a
 // char matrix in it, for what is no text in an array of text, and for cells nested too deep.
-SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt, ReferenceHolders& holders);
+SAFEARRAY* cellToSafeArray(const hxArray* value, VARTYPE vt);
 
 // The text of a char array of any shape: a row as it stands, several rows each with a line feed
 // behind it. None for null and for other classes.

@@ -4,6 +4,7 @@
 #include "classmodel/class_description.h"
 #include "classmodel/instance_record.h"
 #include "conversion/wrapped_interface.h"
+#include "host/object_array.h"
 
 #include <utility>
 
@@ -11,7 +12,8 @@ namespace axlink2 {
 namespace {
 
 IDispatch* serverOf(const hxArray* array) {
-    if (const COMInstanceRecord* record = generatedRecordOf(array)) return record->dispatch;
+    if (hoMeansNoObject(array)) return nullptr;
+    if (IDispatch* server = passedServerOf(array)) return server;
     raiseInvalidHandle();
 }
 

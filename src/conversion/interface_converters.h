@@ -6,15 +6,16 @@
 namespace axlink2 {
 
 // What both kinds of interface share: an object goes out as the interface in its record, without a
-// reference of its own until `retainForPut`. An interface comes in as a new object, which needs the
-// member that it came from: without one it is a null value.
+// reference of its own until `retainForPut`, and no object as a null interface. An interface comes
+// in as a new object, which needs the member that it came from: without one it is a null value.
 class ArgInterfaceConverter : public ArgVarConverter {
   public:
     hos::HOSValue fromVariant(const VARIANT& v) override;
     // Takes the interface over. A null value for a null interface and for what is none.
     hos::HOSValue fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                  const char* memberName) override;
-    // Raises "VELMAR:class:InvalidHandle" when the value holds no object of a generated class.
+    // Raises "VELMAR:class:InvalidHandle" for an object that has ended or has no server, and for
+    // anything else that is no object of a generated class.
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override;
     void retainForPut(VARIANT* v) override;
 

@@ -101,7 +101,8 @@ class PropVLNumericConv : public ArgVarConverter {
                                                                            : VariantField<T>::vt;
 };
 
-// A byte, which is a character on the host's side.
+// A byte, which is a character on the host's side. A number is taken as well, rounded and
+// saturated.
 template <class T>
 class ArgVLCharConv : public ArgVarConverter {
   public:
@@ -119,9 +120,15 @@ class ArgVLCharConv : public ArgVarConverter {
         if (!value.array() || !hxIsScalar(value.array()))
             hmsgcore::raise("VELMAR:class:MustBeScalar",
                             VELMAR::COM::COMException(std::string("Parameter must be scalar.")));
-        placeValue(out, backing, byRef, [value](VARIANT& v) {
-            VariantField<T>::set(v, *static_cast<const T*>(hxGetData(value.array())));
-        });
+        placeValue(out, backing, byRef,
+                   [value](VARIANT& v) { VariantField<T>::set(v, byteOf(value.array())); });
+    }
+
+  private:
+    // Of a character, its low byte.
+    static T byteOf(const hxArray* array) {
+        if (hxGetClassID(array) == hxCHAR_CLASS) return *static_cast<const T*>(hxGetData(array));
+        return saturatedRound<T>(hxGetScalar(array));
     }
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 void convertTextCell(const hxArray* cell, bool byRef, COMVariantInstance& instance) {
     VARIANT& owner = byRef ? instance.references->add() : *instance.variant;
-    owner.parray = cellToSafeArray(cell, VT_BSTR, *instance.references);
+    owner.parray = cellToSafeArray(cell, VT_BSTR);
     owner.vt = VT_ARRAY | VT_BSTR;
     if (!byRef) return;
     instance.variant->vt = VT_BYREF | VT_ARRAY | VT_BSTR;
@@ -43,9 +43,9 @@ void COMTypeConversionVariant::convertFromHost(hos::HOSValue* out, const hxArray
     instance->references = std::make_shared<ReferenceHolders>();
     if (vartype == VT_BSTR && array && hxGetClassID(array) == hxCELL_CLASS)
         convertTextCell(array, byRef, *instance);
-    else
-        hostToVariant(instance->variant.get(), array, byRef, 0, 0, 0, forceArray,
-                      *instance->references);
+    else // where a server expects an array by reference, one number is an array of one
+        hostToVariant(instance->variant.get(), array, byRef, 0, 0, 0, forceArray || byRef,
+                      instance->references.get());
     *out = hos::HOSValue::ofPointer(instance.release());
 }
 

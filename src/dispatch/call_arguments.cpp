@@ -17,6 +17,27 @@ void COMCallArguments::clearSlot(std::size_t slot) {
     backing_[slot].passedType = VT_EMPTY;
 }
 
+// Content that is claimed for the address that was lent is none.
+bool COMCallArguments::isReplaced(std::size_t slot) const {
+    const VARIANT& passed = variants_[slot];
+    const Backing& behind = backing_[slot];
+    if (!(behind.passedType & VT_BYREF) || (passed.vt & VT_BYREF) ||
+        arguments_[slots_ - 1 - slot].converter->vartype != VT_VARIANT)
+        return false;
+    const bool isLoan = passed.byref == &behind.value || passed.byref == &behind.value.byref;
+    return !isLoan || !platform::ownsContent(passed.vt);
+}
+
+void COMCallArguments::takeReplacedSlots() {
+    lendsVariants_ = false;
+    for (std::size_t slot = firstUsed_; slot < slots_; ++slot) {
+        if (!isReplaced(slot)) continue;
+        Backing& behind = backing_[slot];
+        if (platform::ownsContent(behind.value.vt)) VariantClear(&behind.value);
+        behind = {};
+    }
+}
+
 void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs) {
     const hos::HOSValue* input = inputs;
     const hos::HOSValue* const end = inputs + inputCount;
@@ -36,6 +57,7 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
             platform::ownsContent(filled.vt))
             argument.converter->retainForPut(&filled);
         behind.passedType = passed.vt;
+        noteLoan(argument, behind.passedType);
         if (argument.output) ++outputCount_;
     }
 }
@@ -47,6 +69,7 @@ void COMCallArguments::fillOutput(const COMArgInfo& argument) {
     behind.value.vt = argument.converter->vartype;
     makeByRefVariant(&passed, &behind.value);
     behind.passedType = passed.vt;
+    noteLoan(argument, behind.passedType);
     ++outputCount_;
 }
 

@@ -33,6 +33,7 @@ class COMCallArguments {
     COMCallArguments(const COMCallArguments&) = delete;
     COMCallArguments& operator=(const COMCallArguments&) = delete;
     ~COMCallArguments() {
+        takeReplaced();
         for (std::size_t slot = firstUsed_; slot < slots_; ++slot)
             if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt))
                 VariantClear(&owner);
@@ -41,6 +42,11 @@ class COMCallArguments {
     // Fills slots from `inputs[1]` on, up to the first declared input that wasn't given. Raises
     // what the converters raise.
     void fill(std::int32_t inputCount, const hos::HOSValue* inputs);
+    // After the call: a server that was given a VARIANT by reference may have put another one into
+    // the slot itself, which then is the value.
+    void takeReplaced() {
+        if (lendsVariants_) takeReplacedSlots();
+    }
     // Clears what came back in [out] parameters behind the first `wanted` ones.
     void trimOutputs(std::size_t wanted);
     // What stands in the slot of the next [out] parameter, in declaration order, and its converter;
@@ -83,6 +89,11 @@ class COMCallArguments {
         return behind.value;
     }
     void clearSlot(std::size_t slot);
+    void noteLoan(const COMArgInfo& argument, VARTYPE passed) {
+        lendsVariants_ |= argument.converter->vartype == VT_VARIANT && (passed & VT_BYREF);
+    }
+    void takeReplacedSlots();
+    bool isReplaced(std::size_t slot) const;
 
     // Most calls have few arguments and need no allocation.
     static constexpr std::size_t ownSlots = 6;
@@ -92,6 +103,7 @@ class COMCallArguments {
     std::size_t firstUsed_;
     std::size_t outputCount_ = 0;
     std::size_t nextOutput_; // slot that outputs were collected down to
+    bool lendsVariants_ = false;
     VARIANT* variants_ = ownVariants_;
     Backing* backing_ = ownBacking_;
 

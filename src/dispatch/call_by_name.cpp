@@ -33,7 +33,7 @@ class UntypedArguments {
         : variants_(static_cast<std::size_t>(count)) {
         for (std::size_t i = 0; i < variants_.size(); ++i)
             hostToVariant(variants_[variants_.size() - 1 - i].inOut(), inputs[i].array(), false, 0,
-                          0, 0, false, holders_);
+                          0, 0, false, &holders_);
     }
 
     // What `params` points at must be a plain array.

@@ -67,6 +67,7 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     platform::ScopedVariant result;
     DISPPARAMS params = call.params();
     invokeOrThrow(record ? record->dispatch : nullptr, dispid, invokeKind, params, &result);
+    call.takeReplaced();
     if (call.outputCount() > 0) call.trimOutputs(*outputCount - (hasResult() ? 1 : 0));
     std::uint32_t index = 0;
     if (hasResult())

@@ -1,6 +1,7 @@
 // The host's types whose values are arrays.
 #include "host/host_types.h"
 #include "host/number_conversion.h"
+#include "host/object_array.h"
 #include "host/text.h"
 
 #include <algorithm>
@@ -14,7 +15,10 @@ bool isObject(const hxArray& array) { return array.kind == ElementKind::Object; 
 
 Fit fitAny(const hxArray&) { return Fit::Any; }
 
-Fit fitHandle(const hxArray& array) { return isObject(array) ? Fit::Objects : Fit::None; }
+Fit fitHandle(const hxArray& array) {
+    if (isObject(array)) return Fit::Objects;
+    return hoMeansNoObject(&array) ? Fit::Convertible : Fit::None;
+}
 
 Fit fitHandleScalar(const hxArray& array) {
     return isObject(array) && array.count == 1 ? Fit::OneObject : Fit::None;
@@ -30,9 +34,15 @@ Fit fitClass(const hxArray& array) {
     return array.classId == ClassId ? Fit::Exact : Fit::None;
 }
 
+bool isOneNumber(const hxArray& array) {
+    return array.count == 1 && array.kind == ElementKind::Plain && !array.complex &&
+           !array.sparse && !std::isnan(hxGetScalar(&array));
+}
+
 Fit fitChar(const hxArray& array) {
     if (array.classId == hxCHAR_CLASS) return Fit::Exact;
-    return hoststring::isScalarText(&array, false, true) ? Fit::Convertible : Fit::None;
+    if (hoststring::isScalarText(&array, false, true)) return Fit::Convertible;
+    return isOneNumber(array) ? Fit::Code : Fit::None;
 }
 
 Fit fitDouble(const hxArray& array) {
@@ -41,7 +51,9 @@ Fit fitDouble(const hxArray& array) {
     return isNumber && !array.sparse ? Fit::Convertible : Fit::None;
 }
 
+// A number stays what it is: only the receiver knows how many characters there are.
 hxArray* charOfString(const hxArray& array) {
+    if (array.kind == ElementKind::Plain) return hxCreateSharedDataCopy(&array);
     return harray::create(*hoststring::getString(&array).front()).release();
 }
 

@@ -33,6 +33,13 @@ void hoSetArrayElement(hxArray* array, std::size_t index, const hos::HOSInterfac
 
 bool hoIsHOS(const hxArray* array) { return array && array->kind == ElementKind::Object; }
 
+bool hoMeansNoObject(const hxArray* array) {
+    const hxArray& value = harray::detail::reading(array);
+    if (value.kind == ElementKind::Object) return value.count == 0;
+    return value.classId == hxDOUBLE_CLASS && value.rank == 2 && value.extents[0] == 0 &&
+           value.extents[1] == 0;
+}
+
 hos::id hoGetClassID(const hxArray* array) {
     return hoIsHOS(array) ? array->objectClass : hos::id();
 }

@@ -15,5 +15,9 @@ void hoSetArrayElement(hxArray* array, std::size_t index, const hos::HOSInterfac
 
 bool hoIsHOS(const hxArray* array);
 
+// Whether a value where an object is expected says that there is none: an empty object array, a
+// 0-by-0 double, or null, which reads as one.
+bool hoMeansNoObject(const hxArray* array);
+
 // The class that an object array was made for; the empty id for anything else.
 hos::id hoGetClassID(const hxArray* array);

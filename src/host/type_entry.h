@@ -16,6 +16,7 @@ enum class Fit : std::uint8_t {
     Text,
     Exact,
     Convertible,
+    Code, // a number in place of a character
     Open, // a module's type, which judges when it converts
     Any,
     None,

@@ -208,13 +208,31 @@ TEST_F(Converters, GiveErrorsAsTheirText) {
     EXPECT_EQ(receivedText(VT_ERROR, variant(VT_ERROR, 0x8BADF00D).get()), "ActiveX VT_ERROR: ");
 }
 
-TEST_F(Converters, RefuseWhatIsNoObjectAndSendNothingWhereNothingIsDeclared) {
+TEST_F(Converters, SendNoObjectForAnEmptyValueAndRefuseWhatIsNone) {
     const Array one = scalar(1);
-    VARIANT out{};
-    for (const VARTYPE vt : {VT_DISPATCH, VT_UNKNOWN, VT_PTR})
-        for (const HOSValue value : {HOSValue(), HOSValue::ofPointer(one.get())})
-            EXPECT_EQ(errorOf([&] { arg(vt).toVariant(value, &out, nullptr, false); }),
+    const Array empty = doubles({0, 0}, {});
+    const Array noText = text("");
+    for (const VARTYPE vt : {VT_DISPATCH, VT_UNKNOWN, VT_PTR}) {
+        for (const Array* value : {&one, &noText}) {
+            VARIANT out{};
+            EXPECT_EQ(errorOf([&] {
+                          arg(vt).toVariant(HOSValue::ofPointer(value->get()), &out, nullptr,
+                                            false);
+                      }),
                       "VELMAR:class:InvalidHandle");
+        }
+        for (const HOSValue value : {HOSValue(), HOSValue::ofPointer(empty.get())}) {
+            VARIANT out{};
+            arg(vt).toVariant(value, &out, nullptr, false);
+            arg(vt).retainForPut(&out);
+            EXPECT_EQ(out.vt, vt == VT_UNKNOWN ? VT_UNKNOWN : VT_DISPATCH);
+            EXPECT_EQ(out.punkVal, nullptr);
+        }
+    }
+}
+
+TEST_F(Converters, SendNothingWhereNothingIsDeclared) {
+    VARIANT out{};
     arg(VT_HRESULT).toVariant(integer(5), &out, nullptr, false);
     arg(VT_VOID).toVariant(integer(1), &out, nullptr, true);
     EXPECT_EQ(out.vt, VT_EMPTY);

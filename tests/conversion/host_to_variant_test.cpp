@@ -34,7 +34,7 @@ std::string sent(const hxArray* value, Options options = {}) {
     ReferenceHolders holders;
     ScopedVariant v;
     try {
-        hostToVariant(v.inOut(), value, options.byRef, 0, 0, 0, options.forceArray, holders);
+        hostToVariant(v.inOut(), value, options.byRef, 0, 0, 0, options.forceArray, &holders);
     } catch (const hbase::core::except::IMsgIDException& error) {
         EXPECT_EQ(v->vt, VT_EMPTY);
         return error.GetErrorId();
@@ -151,7 +151,7 @@ TEST_F(HostToVariant, OneScalarByReferenceIsTheHostsOwnData) {
     const Array number = numeric<LONG>(hxINT32_CLASS, {1, 1}, {5});
     ReferenceHolders holders;
     VARIANT v;
-    hostToVariant(&v, number.get(), true, 0, 0, 0, false, holders);
+    hostToVariant(&v, number.get(), true, 0, 0, 0, false, &holders);
     *v.plVal = 8;
     EXPECT_EQ(described(number), "int32 8");
 }
@@ -195,7 +195,7 @@ TEST_F(HostToVariant, SwitchesTurnColumnsIntoOneDimensionAndPassCellsAsReference
 TEST_F(HostToVariant, WritesToTheSubscriptOfAMatrixOfVariants) {
     std::vector<ScopedVariant> matrix(6);
     ReferenceHolders holders;
-    hostToVariant(matrix[0].inOut(), text("x").get(), false, 1, 2, 2, false, holders);
+    hostToVariant(matrix[0].inOut(), text("x").get(), false, 1, 2, 2, false, &holders);
     for (std::size_t i = 0; i < matrix.size(); ++i)
         EXPECT_EQ(described(matrix[i].get()), i == 5 ? "BSTR 'x'" : "EMPTY");
 }
@@ -205,8 +205,7 @@ TEST_F(HostToVariant, ArraysOfTextHoldNothingButText) {
         ReferenceHolders holders;
         ScopedVariant v;
         try {
-            v = variantOf(VT_BSTR,
-                          ScopedSafeArray::adopt(cellToSafeArray(value.get(), VT_BSTR, holders)));
+            v = variantOf(VT_BSTR, ScopedSafeArray::adopt(cellToSafeArray(value.get(), VT_BSTR)));
         } catch (const hbase::core::except::IMsgIDException& error) {
             return error.GetErrorId();
         }
@@ -254,13 +253,13 @@ TEST_F(HostToVariant, AnObjectLendsItsInterface) {
     ReferenceHolders holders;
     {
         ScopedVariant v;
-        hostToVariant(v.inOut(), object.get(), false, 0, 0, 0, false, holders);
+        hostToVariant(v.inOut(), object.get(), false, 0, 0, 0, false, &holders);
         EXPECT_EQ(v->vt, VT_DISPATCH);
         EXPECT_EQ(v->pdispVal, server);
         EXPECT_EQ(counted.references(), 2u);
         ScopedVariant inCell;
         const Array held = cell(Array(hxCreateSharedDataCopy(object.get())), scalar(1));
-        hostToVariant(inCell.inOut(), held.get(), false, 0, 0, 0, false, holders);
+        hostToVariant(inCell.inOut(), held.get(), false, 0, 0, 0, false, &holders);
         EXPECT_EQ(counted.references(), 3u);
     }
     EXPECT_EQ(counted.references(), 1u);
@@ -268,8 +267,13 @@ TEST_F(HostToVariant, AnObjectLendsItsInterface) {
         const Array without(hoCreateHOSMatrix(count, count, hoGetClassID(object.get())));
         EXPECT_EQ(sent(without.get()), "EMPTY");
     }
+    // One that has no server is no more of a value than one that has ended.
+    const Array serverless = objectArray(makeObject(classOf(object)));
+    EXPECT_EQ(sent(serverless.get()), "VELMAR:class:InvalidHandle");
     destroy(object);
-    EXPECT_EQ(sent(object.get()), "EMPTY");
+    const Array held = cell(Array(hxCreateSharedDataCopy(object.get())));
+    for (const Array* value : {&object, &held})
+        EXPECT_EQ(sent(value->get()), "VELMAR:class:InvalidHandle");
 }
 
 } // namespace

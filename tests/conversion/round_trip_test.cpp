@@ -147,7 +147,7 @@ class Generator {
 std::string broughtBack(const Array& array) {
     ReferenceHolders holders;
     ScopedVariant v;
-    hostToVariant(v.inOut(), array.get(), false, 0, 0, 0, false, holders);
+    hostToVariant(v.inOut(), array.get(), false, 0, 0, 0, false, &holders);
     hxArray* out = nullptr;
     variantToHost(v.inOut(), &out, {});
     return described(Array(out));

@@ -2,6 +2,7 @@
 #include "comruntime/interned.h"
 #include "conversion/array_converters.h"
 #include "conversion/variant_instance.h"
+#include "host/axlink.h"
 #include "support/alive_check.h"
 #include "support/errors.h"
 #include "support/registered_module.h"
@@ -90,7 +91,10 @@ TEST_F(VariantTypes, TakeAnyArray) {
         {arrayPointer(VT_R8), doubles({1, 2}, {1, 2}), "&R8[1,2] 1 2"},
         {arrayPointer(VT_BSTR), two(), "&BSTR[1,2] 'a' 'b'"},
         {arrayPointer(VT_VARIANT), two(), "&VARIANT[1,2] (BSTR 'a') (BSTR 'b')"},
-        {arrayPointer(VT_R8), scalar(2), "&R8 2"},
+        // One number is an array of one there, of the number's own type.
+        {arrayPointer(VT_R8), scalar(2), "&R8[1,1] 2"},
+        {arrayPointer(VT_I4), scalar(nan), "&R8[1,1] nan"},
+        {arrayPointer(VT_R8), logicals({1, 1}, {1}), "&BOOL[1,1] -1"},
         {arrayPointer(VT_R8), doubles({0, 0}, {}), "&VARIANT (EMPTY)"},
         {arrayPointer(VT_BSTR), text("a"), "&BSTR 'a'"},
     };
@@ -178,12 +182,51 @@ TEST_F(VariantTypes, AServerMayReplaceAnArrayThatItGotByReference) {
     EXPECT_EQ(described(out.get()), "&BSTR 'a'");
     EXPECT_EQ(out->pbstrVal, &behind->bstrVal);
 
+    // An empty double is an array of none, of the declared type also where a word serves several.
     const Array nothing = doubles({0, 0}, {});
-    const Value slot(arrayPointer(VT_R8), nothing.get());
-    ScopedVariant filled;
-    arrayPointer(VT_R8).toVariant(slot.get(), out.put(), filled.inOut(), true);
-    EXPECT_EQ(out->vt, VT_BYREF | VT_VARIANT);
-    EXPECT_EQ(out->pvarVal, filled.inOut());
+    for (const auto& [vt, expected] :
+         {std::pair(VT_R8, "&R8[0,0]"), {VT_DATE, "&DATE[0,0]"}, {VT_BSTR, "&BSTR[0,0]"}}) {
+        const Value slot(arrayPointer(static_cast<VARTYPE>(vt)), nothing.get());
+        ScopedVariant passed;
+        ScopedVariant filled;
+        arrayPointer(static_cast<VARTYPE>(vt))
+            .toVariant(slot.get(), passed.inOut(), filled.inOut(), true);
+        EXPECT_EQ(described(passed.get()), expected);
+        EXPECT_EQ(passed->pparray, &filled->parray);
+    }
+}
+
+TEST_F(VariantTypes, WhatIsMissingOrEmptyGoesByReferenceAsAWhole) {
+    const std::pair<Array, std::string> rows[] = {
+        {Array(), "&VARIANT (ERROR 80020004)"},
+        {doubles({0, 0}, {}), "&VARIANT (ERROR 80020004)"},
+        {numeric<LONG>(hxINT32_CLASS, {0, 0}, {}), "&VARIANT (EMPTY)"},
+        {scalar(2), "&R8 2"},
+    };
+    for (const auto& [given, expected] : rows) {
+        const Value value(any(), given.get());
+        ScopedVariant out;
+        ScopedVariant backing;
+        any().toVariant(value.get(), out.inOut(), backing.inOut(), true);
+        EXPECT_EQ(described(out.get()), expected);
+    }
+}
+
+// An inner cell would refer to what has gone with the conversion of the outer one.
+TEST_F(VariantTypes, OnlyTheOutermostCellGoesByReference) {
+    axlink::setPassSafeArrayByRef(true);
+    const Array nested = cell(scalar(1), cell(scalar(2)));
+    const std::string inner = "VARIANT[1,2] (R8 1) (VARIANT[1,1] (R8 2))";
+    const Value value(any(), nested.get());
+    EXPECT_EQ(described(value.variant()), "&VARIANT (" + inner + ")");
+    for (const bool byRef : {false, true}) {
+        const Value again(any(), nested.get());
+        ScopedVariant out;
+        ScopedVariant backing;
+        any().toVariant(again.get(), out.inOut(), backing.inOut(), byRef);
+        EXPECT_EQ(described(out.get()), byRef ? "&" + inner : "&VARIANT (" + inner + ")");
+    }
+    axlink::setPassSafeArrayByRef(false);
 }
 
 } // namespace

@@ -68,6 +68,25 @@ class Methods : public Served<Methods> {
         return S_OK;
     }
 
+    // Does the same with a VARIANT that it got by reference, whatever that refers to.
+    static HRESULT replaceVariant(Methods&, kit::Call& call) {
+        if (call.params.cArgs > 1) {
+            call.params.rgvarg[1].vt = VT_BSTR;
+            call.params.rgvarg[1].bstrVal = SysAllocString(OLESTR("new"));
+        }
+        call.params.rgvarg[0] =
+            kit::toVariant(platform::ComPtr<IDispatch>(kit::createDispatch<PlainServer>()))
+                .detach();
+        return isRefusing ? E_FAIL : S_OK;
+    }
+    // Claims content for what it was only lent.
+    static HRESULT lie(Methods&, kit::Call& call) {
+        call.params.rgvarg[0].vt = VT_BSTR;
+        call.params.rgvarg[1].vt = VT_EMPTY;
+        return S_OK;
+    }
+    static inline bool isRefusing = false;
+
     static ULONG references(IDispatch* object) {
         object->AddRef();
         return object->Release();
@@ -105,6 +124,16 @@ void Methods::declare(Builder& builder) {
              &Methods::crashWithOutput)
         .raw({.name = "ReplaceView", .params = {{"number", kit::pointerTo(VT_I4), PARAMFLAG_FOUT}}},
              &Methods::replaceView)
+        .raw({.name = "ReplaceVariant",
+              .params = {{"a", kit::pointerTo(VT_VARIANT), PARAMFLAG_FIN | PARAMFLAG_FOUT},
+                         {"b", kit::pointerTo(VT_VARIANT), PARAMFLAG_FOUT}}},
+             &Methods::replaceVariant)
+        .raw({.name = "ReplaceOut", .params = {{"a", kit::pointerTo(VT_VARIANT), PARAMFLAG_FOUT}}},
+             &Methods::replaceVariant)
+        .raw({.name = "Lie",
+              .params = {{"a", kit::pointerTo(VT_VARIANT), PARAMFLAG_FIN | PARAMFLAG_FOUT},
+                         {"b", kit::pointerTo(VT_VARIANT), PARAMFLAG_FIN | PARAMFLAG_FOUT}}},
+             &Methods::lie)
         .raw({.name = "Crash", .result = VT_R8},
              [](Methods&, kit::Call&) -> HRESULT { throw std::runtime_error("crash"); });
 }
@@ -273,6 +302,24 @@ TEST_F(MethodCall, ReportsFailuresAndTrustsNothingThatTheyLeaveBehind) {
     EXPECT_EQ(invoke("ReplaceView", 1).outputs[0].integer(), 7);
     // A result that doesn't fit what was declared.
     EXPECT_EQ(errorOf([&] { invoke("Small", 1); }), "VELMAR:COM:E2147614730");
+}
+
+TEST_F(MethodCall, TakesWhatAServerPutIntoTheSlotOfAVariant) {
+    const Array inputs[] = {scalar(1), Array(hxCreateSharedDataCopy(object.get()))};
+    for (const Array& input : inputs) {
+        const auto both = call(object, "ReplaceVariant", 2, {input.get()});
+        EXPECT_EQ(described(both[0]), "'new'");
+        EXPECT_TRUE(handle(both[1]));
+        // Given back where nobody wants it, too, and when the call fails.
+        call(object, "ReplaceVariant", 1, {input.get()});
+        Methods::isRefusing = true;
+        EXPECT_NE(errorOf([&] { call(object, "ReplaceVariant", 2, {input.get()}); }), "");
+        Methods::isRefusing = false;
+    }
+    EXPECT_TRUE(handle(call(object, "ReplaceOut", 1)[0]));
+    const auto lied = call(object, "Lie", 2, {inputs[0].get(), inputs[0].get()});
+    EXPECT_EQ(described(lied[0]), "double nan");
+    EXPECT_EQ(described(lied[1]), "double 1");
 }
 
 TEST_F(MethodCall, ComesFromTheLanguageWithConversionsAndChoice) {

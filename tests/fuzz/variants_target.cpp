@@ -26,7 +26,7 @@ void toVariantAndBack(const hxArray* array, unsigned options) {
     axlink2::ReferenceHolders holders;
     platform::ScopedVariant v;
     attempt([&] {
-        axlink2::hostToVariant(v.inOut(), array, options & 1, 0, 0, 0, options & 2, holders);
+        axlink2::hostToVariant(v.inOut(), array, options & 1, 0, 0, 0, options & 2, &holders);
         toHost(*v.inOut(), options & 4);
     });
 }

@@ -87,9 +87,11 @@ TEST_F(Types, RefuseWhatTheyCannotHold) {
         {"asciiString", zeros(2, 2, hxCHAR_CLASS)},
         {"unicodeString", hoststring::createStringArray(1, 1, {std::nullopt})},
         {"handle", number(1)},
+        {"handle", zeros(0, 1)},
         {"cell", number(1)},
         {"struct", number(1)},
-        {"char", number(1)},
+        {"char", number(notANumber)},
+        {"char", row({1, 2})},
         {"double", text("a")}};
     for (const auto& row : rows)
         EXPECT_EQ(errorOf([&] { converted(row.type, row.array.get()); }),
@@ -107,6 +109,9 @@ TEST_F(Types, TextAndArraysComeBackAsTheyWent) {
     EXPECT_EQ(hxGetClassID(doubles.get()), hxDOUBLE_CLASS);
     EXPECT_EQ(hxGetN(doubles.get()), 3u);
     EXPECT_EQ(hxGetNumberOfElements(through("any", nullptr).get()), 0u);
+    // What stands for no object, and for a character by its number.
+    EXPECT_EQ(hxGetNumberOfElements(through("handle", zeros(0, 0).get()).get()), 0u);
+    EXPECT_EQ(hxGetScalar(through("char", number(300).get()).get()), 300);
 }
 
 TEST_F(Types, ClassesAreTypesOfTheirObjects) {
