@@ -80,8 +80,9 @@ bool convertNumeric(SAFEARRAY* array, const NumericClass& row, hxArray** out) {
     return true;
 }
 
-// How the elements of an array become VARIANTs. An array that says two things of them isn't read.
-VARTYPE elementKind(SAFEARRAY* array) {
+// How the elements of an array become VARIANTs. An array that says two things of them isn't read;
+// one that says nothing holds what is declared.
+VARTYPE elementKind(SAFEARRAY* array, VARTYPE declared) {
     switch (array->fFeatures & (FADF_DISPATCH | FADF_UNKNOWN | FADF_BSTR | FADF_VARIANT)) {
     case 0:
         break;
@@ -97,7 +98,7 @@ VARTYPE elementKind(SAFEARRAY* array) {
         return VT_EMPTY;
     }
     VARTYPE vt = VT_EMPTY;
-    return SUCCEEDED(SafeArrayGetVartype(array, &vt)) ? vt : VARTYPE{VT_EMPTY};
+    return SUCCEEDED(SafeArrayGetVartype(array, &vt)) ? vt : declared;
 }
 
 // An element that is no VARIANT as one that refers to it: the array keeps what it holds.
@@ -193,7 +194,8 @@ int safeArrayToNumeric(SAFEARRAY* array, VARTYPE elementType, hxArray** out,
     return failedArray(out, context);
 }
 
-void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionContext& context) {
+void safeArrayToCell(SAFEARRAY* array, VARTYPE declared, hxArray** out,
+                     const VariantConversionContext& context) {
     const UINT dimensions = array ? array->cDims : 0;
     std::vector<std::size_t> extents;
     for (UINT d = 1; d <= dimensions; ++d)
@@ -201,7 +203,7 @@ void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionCon
     // The host makes a column of a single extent.
     if (dimensions == 0) extents = {0, 0};
     const bool hasElements = array && std::count(extents.begin(), extents.end(), 0u) == 0;
-    const VARTYPE kind = hasElements ? elementKind(array) : VARTYPE{VT_EMPTY};
+    const VARTYPE kind = hasElements ? elementKind(array, declared) : VARTYPE{VT_EMPTY};
     std::optional<LockedData> data; // as a server that is asked about an element may change others
     if (hasElements && (!isReadable(array, kind) || !data.emplace(array))) {
         failedArray(out, context);

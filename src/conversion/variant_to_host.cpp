@@ -141,7 +141,7 @@ int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& con
         return fallBackToNaN(out);
     }
     int references = mostReferences;
-    safeArrayToCell(v->parray, out,
+    safeArrayToCell(v->parray, element, out,
                     {context.warn, context.owner, context.depth + 1,
                      context.referencesLeft ? context.referencesLeft : &references});
     return 1;

@@ -32,9 +32,10 @@ int safeArrayToNumeric(SAFEARRAY* array, VARTYPE elementType, hxArray** out,
 // Whether an array of such elements becomes a cell: texts, VARIANTs, interfaces.
 bool becomesCell(VARTYPE elementType);
 
-// An array of texts, VARIANTs or interfaces as a cell of the same dimensions. The context says how
-// many references it may follow.
-void safeArrayToCell(SAFEARRAY* array, hxArray** out, const VariantConversionContext& context);
+// An array of texts, VARIANTs or interfaces as a cell of the same dimensions; `declared` is what it
+// holds when it doesn't say so itself. The context says how many references it may follow.
+void safeArrayToCell(SAFEARRAY* array, VARTYPE declared, hxArray** out,
+                     const VariantConversionContext& context);
 
 // A bare IUnknown as an object, which it is when it offers IDispatch; a NaN otherwise.
 int unknownToHost(const VARIANT& v, hxArray** out, const VariantConversionContext& context);

@@ -286,4 +286,15 @@ TEST_F(VariantToHost, ArraysThatLieAboutThemselvesAreNotRead) {
     variants->vt = VT_ARRAY | VT_VARIANT;
 }
 
+TEST_F(VariantToHost, ArraysThatDoNotSayWhatTheyHoldHoldWhatIsDeclared) {
+    ScopedVariant texts = variantOf(VT_BSTR, safeArray(VT_BSTR, {{1}}));
+    static_cast<BSTR*>(texts->parray->pvData)[0] = SysAllocString(OLESTR("a"));
+    const USHORT features = std::exchange(texts->parray->fFeatures, USHORT{0});
+    EXPECT_EQ(received(texts.inOut()), "1: cell 1x1 {'a'}");
+    texts->vt = VT_ARRAY | VT_VARIANT; // which are larger
+    EXPECT_EQ(received(texts.inOut()), "1: " + nan + " [" + noArray + "]");
+    texts->vt = VT_ARRAY | VT_BSTR;
+    texts->parray->fFeatures = features;
+}
+
 } // namespace
