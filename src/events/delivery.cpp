@@ -7,6 +7,7 @@
 #include "events/event_data.h"
 #include "host/object_array.h"
 #include "host/text.h"
+#include "platform/guarded_call.h"
 #include "platform/holders.h"
 
 namespace axlink2 {
@@ -75,6 +76,7 @@ void deliverEvent(const hos::HOSInterfacePtr& source, DISPID dispid, const DISPP
     const hos::id name = internedId(event.name);
     const unique_array data = structureOf(event, object, dispid, params);
     COMEventData eventData(name, object, data.get());
+    const platform::UnguardedRegion hostRuns; // inside a guarded call of the server
     object->notifyListeners(hos::HOSGetPublicClient(), name, &eventData);
 }
 

@@ -65,6 +65,7 @@ HRESULT CAXSink::GetIDsOfNames(REFIID iid, LPOLESTR*, UINT, LCID, DISPID*) {
 
 HRESULT CAXSink::Invoke(DISPID dispid, REFIID iid, LCID, WORD, DISPPARAMS* params, VARIANT* result,
                         EXCEPINFO*, UINT*) {
+    if (std::this_thread::get_id() != home) return RPC_E_WRONG_THREAD;
     if (!IsEqualGUID(iid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
     if (result) VariantInit(result);
     try {

@@ -7,12 +7,13 @@
 #include <boost/thread/shared_mutex.hpp>
 
 #include <cstdint>
+#include <thread>
 #include <unordered_set>
 
 namespace axlink2 {
 
-// The sink of one connected object. It lives in one apartment. Its handle to the object is weak: a
-// sink that outlives its object delivers nothing.
+// The sink of one connected object. It lives in one apartment, on the thread that made it. Its
+// handle to the object is weak: a sink that outlives its object delivers nothing.
 class CAXSink final : public IDispatch {
   public:
     // The first reference is the creator's.
@@ -33,8 +34,8 @@ class CAXSink final : public IDispatch {
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
                                             DISPID* dispids) override;
     // Runs the listeners of that event before it returns, and lets no exception out. The result
-    // stays empty and arguments stay as they are: S_OK, or DISP_E_UNKNOWNINTERFACE for another
-    // `iid` than IID_NULL.
+    // stays empty and arguments stay as they are: S_OK, DISP_E_UNKNOWNINTERFACE for another `iid`
+    // than IID_NULL, or RPC_E_WRONG_THREAD, where nothing is touched.
     HRESULT STDMETHODCALLTYPE Invoke(DISPID dispid, REFIID iid, LCID lcid, WORD flags,
                                      DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo,
                                      UINT* argumentError) override;
@@ -46,6 +47,7 @@ class CAXSink final : public IDispatch {
     bool hasEvent(DISPID dispid);
 
     std::uint32_t referenceCount = 1;
+    const std::thread::id home = std::this_thread::get_id();
     const IID sourceIID;
     const hos::HOSInterfacePtr source;
     std::unordered_set<DISPID> events;

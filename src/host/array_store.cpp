@@ -2,6 +2,7 @@
 #include "host/array_store.h"
 
 #include "host/host_messages.h"
+#include "platform/thread_slot.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -245,6 +246,49 @@ hxArray* do_shared_copy(const hxArray* array) {
 
 } // namespace harray::detail
 
+namespace harray::detail {
+namespace {
+
+// The arrays whose end has been asked for while another one's was under way. They end one after the
+// other, as what stands in arrays (cells, objects with properties, functions with variables) may
+// stand deeper in each other than the stack is. They are linked through their headers: what ends an
+// array must not ask for memory.
+class WaitingEnds {
+  public:
+    WaitingEnds() { Slot::set(this); }
+    WaitingEnds(const WaitingEnds&) = delete;
+    WaitingEnds& operator=(const WaitingEnds&) = delete;
+    ~WaitingEnds() { Slot::set(nullptr); }
+
+    // Those of the thread; null while none of its arrays ends.
+    static WaitingEnds* current() { return static_cast<WaitingEnds*>(Slot::get()); }
+    static void makeCurrent(WaitingEnds* ends) { Slot::set(ends); }
+
+    void add(hxArray& array) {
+        array.extents[0] = reinterpret_cast<std::uintptr_t>(first_);
+        first_ = &array;
+    }
+    void run() {
+        while (hxArray* const next = first_) {
+            first_ = reinterpret_cast<hxArray*>(next->extents[0]);
+            delete next;
+        }
+    }
+
+  private:
+    using Slot = platform::ThreadSlot<+[](void*) {}>;
+
+    hxArray* first_ = nullptr;
+};
+
+} // namespace
+
+ProgramRuns::ProgramRuns() : outer_(WaitingEnds::current()) { WaitingEnds::makeCurrent(nullptr); }
+
+ProgramRuns::~ProgramRuns() { WaitingEnds::makeCurrent(static_cast<WaitingEnds*>(outer_)); }
+
+} // namespace harray::detail
+
 hxArray::~hxArray() {
     // Plain elements in the array's own place end with it.
     if (block || kind != harray::detail::ElementKind::Plain) harray::detail::releaseStore(*this);
@@ -252,30 +296,14 @@ hxArray::~hxArray() {
 
 void harray::destroyArray(hxArray* array) {
     using namespace harray::detail;
-    if (!array || array->kind != ElementKind::Array) {
-        delete array;
+    if (!array || array->kind == ElementKind::Plain) {
+        delete array; // nothing stands in it
         return;
     }
-    // One after the other, as containers may be nested deeper than the stack is. Those that wait
-    // are linked through the place in their headers, which nested arrays leave free: what ends an
-    // array must not ask for memory.
-    hxArray* pending = nullptr;
-    const auto wait = [&](hxArray* one) {
-        std::memcpy(one->own, &pending, sizeof pending);
-        pending = one;
-    };
-    wait(array);
-    while (pending) {
-        hxArray* const next = pending;
-        std::memcpy(&pending, next->own, sizeof pending);
-        if (next->block && next->block->owners.load(std::memory_order_acquire) == 1)
-            for (std::size_t i = 0; i < next->stored; ++i) {
-                hxArray*& element = next->elements<ArrayElement>()[i].array;
-                if (element && element->kind == ElementKind::Array)
-                    wait(std::exchange(element, nullptr));
-            }
-        delete next;
-    }
+    if (WaitingEnds* const ends = WaitingEnds::current()) return ends->add(*array);
+    WaitingEnds ends;
+    ends.add(*array);
+    ends.run();
 }
 
 hxArray* hxCreateSharedDataCopy(const hxArray* array) {

@@ -141,6 +141,19 @@ const hxArray& emptyDouble();
 // `array`, or a 0-by-0 double for null.
 inline const hxArray& reading(const hxArray* array) { return array ? *array : emptyDouble(); }
 
+// While it lives, what ends does so at once, also inside of another array's end: a program runs
+// that sees when its objects end.
+class ProgramRuns {
+  public:
+    ProgramRuns();
+    ProgramRuns(const ProgramRuns&) = delete;
+    ProgramRuns& operator=(const ProgramRuns&) = delete;
+    ~ProgramRuns();
+
+  private:
+    void* outer_;
+};
+
 [[noreturn]] void failNull(const char* operation);
 [[noreturn]] void failIndex(std::size_t index, std::size_t count);
 

@@ -58,6 +58,7 @@ void LiveObject::notifyListeners(const hos::HOSClient*, const hos::id& eventName
             if (data) data->decrementNotifyCount();
         }
     } ending{data};
+    const harray::detail::ProgramRuns running;
     const hxArray& event = harray::detail::reading(data ? data->getEventData() : nullptr);
     for (const auto& listener : snapshot) {
         if (listener->event != eventName || !listener->isEnabled()) continue;

@@ -32,4 +32,17 @@ Fault guarded(F f) {
     return callGuarded([](void* context) { static_cast<void>((*static_cast<F*>(context))()); }, &f);
 }
 
+// While it lives, the thread's faults are nobody else's: the guarded calls around it have come back
+// to code of the program itself, and a fault there ends the program as it would without them.
+class UnguardedRegion {
+  public:
+    UnguardedRegion();
+    UnguardedRegion(const UnguardedRegion&) = delete;
+    UnguardedRegion& operator=(const UnguardedRegion&) = delete;
+    ~UnguardedRegion();
+
+  private:
+    void* outer_;
+};
+
 } // namespace platform

@@ -65,6 +65,31 @@ TEST_F(Sink, AnswersWithAnEmptyResultAndRefusesOtherInterfaces) {
     EXPECT_EQ(heard.size(), 1u);
 }
 
+TEST_F(Sink, IsCalledOnItsOwnThreadAlone) {
+    VARIANT result{};
+    result.vt = VT_I4;
+    std::thread([&] {
+        EXPECT_EQ(invoke(sink, Source::tick, {}, &result), RPC_E_WRONG_THREAD);
+    }).join();
+    EXPECT_EQ(result.vt, VT_I4);
+    EXPECT_TRUE(heard.empty());
+}
+
+// A listener runs inside the server's call, but its faults aren't the server's.
+TEST_F(Sink, AFaultOfAListenerIsNotTakenForTheServers) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto fault = [](const hxArray*, const hxArray*) {
+        volatile int* volatile nowhere = nullptr;
+        *nowhere = 1; // NOLINT: the fault that is wanted
+    };
+    EXPECT_DEATH(
+        {
+            velmar::addListener(handle(h), "Tick", fault);
+            call(h, "FireTick", 0, {scalar(1).get()});
+        },
+        "");
+}
+
 TEST_F(Sink, KeepsErrorsOfItsOwnFromTheServer) {
     static_cast<CAXSink*>(sink)->addEvent(999); // no event of the class
     EXPECT_EQ(invoke(sink, 999), S_OK);

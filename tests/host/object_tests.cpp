@@ -52,6 +52,51 @@ class Listeners : public HostTest {
 
 class Objects : public HostTest {};
 
+// However long a chain of things that hold each other is, its end takes no stack.
+TEST_F(Objects, EndInChainsOfAnyLength) {
+    constexpr int links = 200000;
+    TestClass shape({.events = {"Moved"}});
+    const auto arrayOf = [&](const hos::HOSInterfacePtr& object) {
+        unique_array array(hoCreateHOSMatrix(1, 1, shape.id()));
+        hoSetArrayElement(array.get(), 0, object);
+        return array;
+    };
+    const auto held = [](unique_array array) {
+        return std::make_shared<unique_array>(std::move(array));
+    };
+    const std::function<unique_array(unique_array)> ways[] = {
+        [&](unique_array inner) { // as an added property
+            const hos::HOSInterfacePtr object = shape.makeObject();
+            auto* property =
+                hos::HOSGenericProp::createNewDynamicProp(name("Next"), name("any"), hos::id());
+            property->setValue(object, hos::HOSValue::ofPointer(inner.get()));
+            object->addDynamicProperty(property);
+            return arrayOf(object);
+        },
+        [&](unique_array inner) { // by a listener
+            const hos::HOSInterfacePtr object = shape.makeObject();
+            velmar::addListener(object, "Moved",
+                                [kept = held(std::move(inner))](const hxArray*, const hxArray*) {});
+            return arrayOf(object);
+        },
+        [&](unique_array inner) { // by a function
+            return velmar::createFunctionHandle(
+                "f",
+                [kept = held(std::move(inner))](int, unique_array*, int, const hxArray* const*) {});
+        },
+        [&](unique_array inner) { // in a cell
+            unique_array cell(hxCreateCellMatrix(1, 1));
+            hxSetCell(cell.get(), 0, inner.release());
+            return cell;
+        },
+    };
+    for (const auto& link : ways) {
+        unique_array chain = arrayOf(shape.makeObject());
+        for (int i = 0; i < links; ++i)
+            chain = link(std::move(chain));
+    }
+}
+
 TEST_F(Objects, PopulateTheirClassOnceAndEndWithTheirLastStrongHandle) {
     TestClass shape({});
     EXPECT_TRUE(shape.log().empty());

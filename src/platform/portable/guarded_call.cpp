@@ -208,4 +208,10 @@ Fault callGuarded(void (*function)(void*), void* context) {
     return {};
 }
 
+UnguardedRegion::UnguardedRegion() : outer_(threadState.innermost) {
+    threadState.innermost = nullptr;
+}
+
+UnguardedRegion::~UnguardedRegion() { threadState.innermost = static_cast<Frame*>(outer_); }
+
 } // namespace platform

@@ -2,6 +2,7 @@
 #include "platform/guarded_call.h"
 
 #include "platform/com.h"
+#include "platform/thread_slot.h"
 
 #include <malloc.h>
 
@@ -13,6 +14,9 @@ struct Call {
     void* context;
     Fault fault;
 };
+
+// The innermost region of the thread in which the frames outside it don't count.
+using InnermostRegion = ThreadSlot<+[](void*) {}>;
 
 void runCall(Call* call) {
     try {
@@ -65,6 +69,10 @@ extern "C" [[gnu::used]] EXCEPTION_DISPOSITION axlink2HandleFault(EXCEPTION_RECO
     if ((record->ExceptionFlags & unwinding) != 0 || (code & severity) != severity)
         return ExceptionContinueSearch;
 
+    // The stack grows down: a region that began later lies below.
+    const void* region = platform::InnermostRegion::get();
+    if (region && region < frame) return ExceptionContinueSearch;
+
     platform::Call* call = *reinterpret_cast<platform::Call**>(static_cast<char*>(frame) + 40);
     const bool hasAddress = code == EXCEPTION_ACCESS_VIOLATION && record->NumberParameters >= 2;
     call->fault = {code, hasAddress ? reinterpret_cast<void*>(record->ExceptionInformation[1])
@@ -99,5 +107,9 @@ Fault callGuarded(void (*function)(void*), void* context) {
     if (call.fault.code == faultStackOverflow) _resetstkoflw();
     return call.fault;
 }
+
+UnguardedRegion::UnguardedRegion() : outer_(InnermostRegion::get()) { InnermostRegion::set(this); }
+
+UnguardedRegion::~UnguardedRegion() { InnermostRegion::set(outer_); }
 
 } // namespace platform
