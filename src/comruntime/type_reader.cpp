@@ -119,12 +119,14 @@ std::unique_ptr<COMMemberSignature> Reader::readSignature(ITypeInfo* type,
     auto signature = std::make_unique<COMMemberSignature>();
     COMMemberType result = reducer_.reduce(type, function.elemdescFunc.tdesc, Pointers::Keep, true);
 
+    bool ended = false;
     for (const ELEMDESC& parameter : parameters) {
         std::uint16_t flags = parameter.paramdesc.wParamFlags;
         if (!(flags & (PARAMFLAG_FIN | PARAMFLAG_FOUT))) flags |= PARAMFLAG_FIN;
-        // A property ends before its first optional parameter.
-        if (function.invkind != INVOKE_FUNC && (flags & PARAMFLAG_FOPT)) break;
         const bool isResult = flags & PARAMFLAG_FRETVAL;
+        // A property ends before its first optional parameter; only its result stands behind that.
+        ended = ended || (function.invkind != INVOKE_FUNC && (flags & PARAMFLAG_FOPT));
+        if (ended && !isResult) continue;
         const bool output = isResult || (flags & PARAMFLAG_FOUT);
         COMMemberType reduced = reducer_.reduce(type, parameter.tdesc, Pointers::Strip, output);
         if (isUnsupported(reduced)) return nullptr;

@@ -91,9 +91,15 @@ TEST_F(TypeDescription, OfAFunctionFollowsItsFlagsAndTypes) {
         {flagged(function({}), FUNCFLAG_FRESTRICTED), ""},
         {half(INVOKE_PROPERTYGET, {{"r", pointerTo(VT_I4), retval}}, VT_HRESULT), "F get()->vt3"},
         {half(INVOKE_PROPERTYGET, {{"i", VT_I4, in}}, VT_BSTR), "F get(1:vt3)->vt8 required"},
-        // A property ends before its first optional parameter, its [retval] included.
+        // A property ends before its first optional parameter; its [retval] stands behind it.
         {half(INVOKE_PROPERTYGET, {{"i", VT_I4, optional}, {"j", VT_I4, optional}}, VT_BSTR),
          "F get()->vt8 optional=2"},
+        {half(INVOKE_PROPERTYGET,
+              {{"i", VT_I4, optional},
+               {"j", VT_INT_PTR, in | optional},
+               {"r", pointerTo(VT_R8), retval}},
+              VT_HRESULT),
+         "F get()->vt5 optional=2"},
         {half(INVOKE_PROPERTYPUT, {{"v", VT_I4, in}}, VT_INT_PTR),
          "F put(1:vt3)->unsupported required"},
         {half(INVOKE_PROPERTYPUTREF, {{"v", VT_DISPATCH, in}}), "F putref(1:vt9)->vt24 required"},
