@@ -1,17 +1,12 @@
 // Names and references in type information.
 #include "comruntime/type_reader.h"
+#include "platform/text.h"
 
 namespace axlink2 {
 
 std::optional<std::string> narrowName(BSTR name) {
-    const int units = static_cast<int>(SysStringLen(name));
-    const int bytes =
-        WideCharToMultiByte(CP_THREAD_ACP, 0, name, units, nullptr, 0, nullptr, nullptr);
-    if (units == 0 || bytes <= 0) return std::nullopt;
-    std::string text(static_cast<std::size_t>(bytes), '\0');
-    if (!WideCharToMultiByte(CP_THREAD_ACP, 0, name, units, text.data(), bytes, nullptr, nullptr))
-        return std::nullopt;
-    return text;
+    if (SysStringLen(name) == 0) return std::nullopt;
+    return platform::toNarrow(platform::viewOf(name));
 }
 
 platform::ScopedBstr documentedName(ITypeInfo* typeInfo, MEMBERID member) {

@@ -25,7 +25,7 @@ platform::ScopedBstr documentedName(ITypeInfo* typeInfo, MEMBERID member);
 // be read, when it begins with an underscore, or when `server` is given and doesn't know it.
 std::optional<std::string> readName(ITypeInfo* typeInfo, MEMBERID member, IDispatch* server);
 
-// A name in the thread's code page; none when it is null, empty or can't be converted.
+// A name as UTF-8; none when it is null or empty.
 std::optional<std::string> narrowName(BSTR name);
 
 // The type that `reference` refers to; empty when it can't be had.

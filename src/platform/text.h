@@ -35,7 +35,7 @@ std::basic_string<Out> transcode(std::basic_string_view<In> text) {
     return result;
 }
 
-// UTF-8, the thread's narrow code page, from and to COM's text.
+// UTF-8, whatever the thread's code page, from and to COM's text.
 inline std::string toNarrow(OleView text) { return transcode<char>(text); }
 inline OleString toOle(std::string_view text) { return transcode<OLECHAR>(text); }
 
