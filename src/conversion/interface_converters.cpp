@@ -3,6 +3,7 @@
 
 #include "classmodel/class_description.h"
 #include "classmodel/instance_record.h"
+#include "conversion/variant_to_host.h"
 #include "conversion/wrapped_interface.h"
 #include "host/object_array.h"
 
@@ -17,6 +18,13 @@ IDispatch* serverOf(const hxArray* array) {
     raiseInvalidHandle();
 }
 
+// What stands where a pointer is declared that isn't one to an interface.
+hos::HOSValue anyValue(VARIANT& v, const hos::HOSInterfacePtr& owner) {
+    hxArray* array = nullptr;
+    variantToHost(&v, &array, {.warn = true, .owner = owner});
+    return hos::HOSValue::ofPointer(array);
+}
+
 } // namespace
 
 hos::HOSValue ArgInterfaceConverter::fromVariant(const VARIANT&) { return hos::HOSValue(); }
@@ -25,7 +33,8 @@ hos::HOSValue ArgInterfaceConverter::fromVariantFor(VARIANT& v, const hos::HOSIn
                                                     const char* memberName) {
     if ((v.vt & VT_BYREF) && (!v.byref || FAILED(VariantCopyInd(&v, &v)))) return {};
     // Whatever the server declared: only this is known to be an interface.
-    if (v.vt != VT_DISPATCH && v.vt != VT_UNKNOWN && v.vt != VT_PTR) return {};
+    if (v.vt != VT_DISPATCH && v.vt != VT_UNKNOWN && v.vt != VT_PTR)
+        return vartype == VT_PTR ? anyValue(v, owner) : hos::HOSValue();
     VARIANT taken = std::exchange(v, VARIANT{});
     return hos::HOSValue::ofPointer(wrapInterface(&taken, owner, memberName));
 }

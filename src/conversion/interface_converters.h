@@ -11,7 +11,8 @@ namespace axlink2 {
 class ArgInterfaceConverter : public ArgVarConverter {
   public:
     hos::HOSValue fromVariant(const VARIANT& v) override;
-    // Takes the interface over. A null value for a null interface and for what is none.
+    // Takes the interface over. A null value for a null interface and for what is none; behind a
+    // VT_PTR, which may point at anything, what is none is converted like any VARIANT.
     hos::HOSValue fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                  const char* memberName) override;
     // Raises "VELMAR:class:InvalidHandle" for an object that has ended or has no server, and for

@@ -1,6 +1,7 @@
 // Enumerations, codes and unsupported types.
 #include "conversion/special_converters.h"
 
+#include "conversion/variant_access.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "platform/holders.h"
@@ -23,14 +24,14 @@ void ArgEnumConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* bac
 }
 
 hos::HOSValue ArgHResultConv::fromVariant(const VARIANT& v) {
-    return hos::HOSValue::ofInteger(v.lVal);
+    return hos::HOSValue::ofInteger(codeOf(v));
 }
 
 void ArgHResultConv::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) {
-    VARIANT* target = byRef ? backing : out;
-    if (FAILED(VariantChangeType(target, target, 0, VT_HRESULT))) return;
-    target->lVal = static_cast<LONG>(value.integer());
-    if (byRef) makeByRefVariant(out, backing);
+    placeValue(out, backing, byRef, [value](VARIANT& v) {
+        v.vt = VT_ERROR;
+        v.scode = static_cast<SCODE>(value.integer());
+    });
 }
 
 hos::HOSValue ArgUnsupportedConverter::fromVariant(const VARIANT&) {

@@ -14,14 +14,13 @@ class ArgEnumConverter : public ArgVarConverter {
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override;
 };
 
-// An HRESULT: the plain 32-bit code in both directions.
+// An HRESULT: the plain 32-bit code in both directions. No VARIANT of a call holds a VT_HRESULT, so
+// it goes out as the VT_ERROR that servers take for one.
 class ArgHResultConv : public ArgVarConverter {
   public:
     explicit ArgHResultConv(VARTYPE vartype) : ArgVarConverter(vartype, "int32 scalar") {}
 
     hos::HOSValue fromVariant(const VARIANT& v) override;
-    // Changes the target in place to VT_HRESULT; where that can't be done the target stays as it
-    // is.
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override;
 };
 

@@ -31,7 +31,7 @@ void ArgStringConv::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backin
 }
 
 hos::HOSValue ArgErrorConv::fromVariant(const VARIANT& v) {
-    return textValue(u"ActiveX VT_ERROR: " + systemMessageText(v.scode));
+    return textValue(u"ActiveX VT_ERROR: " + systemMessageText(codeOf(v)));
 }
 
 } // namespace axlink2

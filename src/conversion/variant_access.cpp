@@ -15,4 +15,20 @@ void ReadAs::change(const VARIANT& v, VARTYPE target) {
     value_ = &copy_;
 }
 
+LONG codeOf(const VARIANT& v) {
+    const bool isReference = v.vt & VT_BYREF;
+    if (!isReference || v.byref) {
+        switch (v.vt & ~VT_BYREF) {
+        case VT_ERROR:
+        case VT_HRESULT:
+        case VT_I4:
+        case VT_UI4:
+            return isReference ? *v.plVal : v.lVal;
+        case VT_VARIANT:
+            if (isReference && v.pvarVal->vt != v.vt) return codeOf(*v.pvarVal);
+        }
+    }
+    return ReadAs(v, VT_I4)->lVal;
+}
+
 } // namespace axlink2

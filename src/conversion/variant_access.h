@@ -60,4 +60,8 @@ class ReadAs {
     VARIANT copy_;
 };
 
+// The 32 bits of a code: those of a VT_ERROR, a VT_HRESULT or an integer of that width, also behind
+// references; anything else changed to VT_I4. Raises as `ReadAs`.
+LONG codeOf(const VARIANT& v);
+
 } // namespace axlink2

@@ -1,6 +1,8 @@
 // Filling, trimming, reading and clearing the arguments of one call.
 #include "dispatch/call_arguments.h"
 
+#include "dispatch/untyped_argument.h"
+
 namespace axlink2 {
 
 void COMCallArguments::makeMoreSlots() {
@@ -22,7 +24,7 @@ bool COMCallArguments::isReplaced(std::size_t slot) const {
     const VARIANT& passed = variants_[slot];
     const Backing& behind = backing_[slot];
     if (!(behind.passedType & VT_BYREF) || (passed.vt & VT_BYREF) ||
-        arguments_[slots_ - 1 - slot].converter->vartype != VT_VARIANT)
+        argumentOf(slot).converter->vartype != VT_VARIANT)
         return false;
     const bool isLoan = passed.byref == &behind.value || passed.byref == &behind.value.byref;
     return !isLoan || !platform::ownsContent(passed.vt);
@@ -46,6 +48,7 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
             fillOutput(argument);
             continue;
         }
+        if (argument.variable) return fillVariable(input + 1, end);
         if (++input >= end) return;
         const std::size_t slot = takeSlot();
         VARIANT& passed = variants_[slot];
@@ -62,11 +65,22 @@ void COMCallArguments::fill(std::int32_t inputCount, const hos::HOSValue* inputs
     }
 }
 
+void COMCallArguments::fillVariable(const hos::HOSValue* input, const hos::HOSValue* end) {
+    holders_ = std::make_unique<ReferenceHolders>();
+    for (; input < end; ++input) {
+        const std::size_t slot = takeSlot();
+        untypedToVariant(variants_[slot], input->array(), *holders_);
+        backing_[slot].passedType = variants_[slot].vt;
+    }
+}
+
 void COMCallArguments::fillOutput(const COMArgInfo& argument) {
     const std::size_t slot = takeSlot();
     VARIANT& passed = variants_[slot];
     Backing& behind = backing_[slot];
-    behind.value.vt = argument.converter->vartype;
+    // No view is of a VT_HRESULT: that of a code is of a VT_ERROR.
+    const VARTYPE vt = argument.converter->vartype;
+    behind.value.vt = vt == VT_HRESULT ? VARTYPE{VT_ERROR} : vt;
     makeByRefVariant(&passed, &behind.value);
     behind.passedType = passed.vt;
     noteLoan(argument, behind.passedType);
@@ -75,7 +89,7 @@ void COMCallArguments::fillOutput(const COMArgInfo& argument) {
 
 void COMCallArguments::trimOutputs(std::size_t wanted) {
     for (std::size_t slot = slots_; slot-- > firstUsed_;) {
-        if (!arguments_[slots_ - 1 - slot].output) continue;
+        if (!argumentOf(slot).output) continue;
         if (wanted > 0)
             --wanted;
         else
@@ -86,7 +100,7 @@ void COMCallArguments::trimOutputs(std::size_t wanted) {
 COMCallArguments::Output COMCallArguments::takeOutput() {
     while (nextOutput_ > 0) {
         const std::size_t slot = --nextOutput_;
-        const COMArgInfo& argument = arguments_[slots_ - 1 - slot];
+        const COMArgInfo& argument = argumentOf(slot);
         if (!argument.output) continue;
         while (firstUsed_ > slot) // behind an input that wasn't given: empty
             takeSlot();

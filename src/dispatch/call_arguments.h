@@ -2,9 +2,11 @@
 #pragma once
 
 #include "conversion/arg_converter.h"
+#include "conversion/reference_holders.h"
 #include "host/value.h"
 #include "platform/holders.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -18,6 +20,8 @@ struct COMArgInfo {
     bool output;
     bool optional;
     bool byReference;
+    // The last one of a method that takes any number of arguments: each input from here on is one.
+    bool variable;
     ArgVarConverter* converter;
 };
 
@@ -25,9 +29,10 @@ struct COMArgInfo {
 // and the filled slots are always the top ones. Clears every filled slot at the end.
 class COMCallArguments {
   public:
-    // Room for all of `arguments`, which must outlive the block.
-    explicit COMCallArguments(const std::vector<COMArgInfo>& arguments)
-        : arguments_(arguments), slots_(arguments.size()), firstUsed_(slots_), nextOutput_(slots_) {
+    // Room for all of `arguments`, which must outlive the block, and for `variable` more.
+    explicit COMCallArguments(const std::vector<COMArgInfo>& arguments, std::size_t variable = 0)
+        : arguments_(arguments), slots_(arguments.size() + variable), firstUsed_(slots_),
+          nextOutput_(slots_) {
         if (slots_ > ownSlots) makeMoreSlots();
     }
     COMCallArguments(const COMCallArguments&) = delete;
@@ -78,7 +83,11 @@ class COMCallArguments {
         backing_[slot] = Backing{};
         return slot;
     }
+    const COMArgInfo& argumentOf(std::size_t slot) const {
+        return arguments_[std::min(slots_ - 1 - slot, arguments_.size() - 1)];
+    }
     void fillOutput(const COMArgInfo& argument);
+    void fillVariable(const hos::HOSValue* input, const hos::HOSValue* end);
     // Where the value of a slot is: in it, or behind it. What the server made of the slot's own
     // type doesn't count.
     VARIANT& valueOf(std::size_t slot) {
@@ -112,6 +121,7 @@ class COMCallArguments {
     Backing ownBacking_[ownSlots];
     std::unique_ptr<VARIANT[]> moreVariants_;
     std::unique_ptr<Backing[]> moreBacking_;
+    std::unique_ptr<ReferenceHolders> holders_; // behind arguments of any type
 };
 
 } // namespace axlink2

@@ -5,8 +5,8 @@
 #include "comruntime/com_error.h"
 #include "comruntime/guarded_invoke.h"
 #include "comruntime/server_call.h"
-#include "conversion/host_to_variant.h"
 #include "conversion/variant_to_host.h"
+#include "dispatch/untyped_argument.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "platform/holders.h"
@@ -32,8 +32,8 @@ class UntypedArguments {
     UntypedArguments(std::int32_t count, const hos::HOSValue* inputs)
         : variants_(static_cast<std::size_t>(count)) {
         for (std::size_t i = 0; i < variants_.size(); ++i)
-            hostToVariant(variants_[variants_.size() - 1 - i].inOut(), inputs[i].array(), false, 0,
-                          0, 0, false, &holders_);
+            untypedToVariant(*variants_[variants_.size() - 1 - i].inOut(), inputs[i].array(),
+                             holders_);
     }
 
     // What `params` points at must be a plain array.

@@ -2,13 +2,10 @@
 #include "dispatch/member_value.h"
 
 #include "conversion/variant_to_host.h"
+#include "host/message_ids.h"
 
 namespace axlink2 {
 namespace {
-
-bool isInterface(VARTYPE vartype) {
-    return vartype == VT_DISPATCH || vartype == VT_UNKNOWN || vartype == VT_PTR;
-}
 
 // Arrays don't need the owner but gain by being taken over.
 bool needsOwner(VARTYPE vartype) {
@@ -16,17 +13,19 @@ bool needsOwner(VARTYPE vartype) {
            (vartype & VT_ARRAY);
 }
 
+// Where an interface isn't there, or isn't wrapped.
+hos::HOSValue nan() {
+    hxArray* array = nullptr;
+    fallBackToNaN(&array);
+    return hos::HOSValue::ofPointer(array);
+}
+
 // Out of the way of the other values, which need no handle.
 [[gnu::noinline]] hos::HOSValue ownedValue(ArgVarConverter& converter, VARIANT& v,
                                            hos::HOSInterface* owner, const char* memberName) {
-    return converter.fromVariantFor(v, hos::HOSInterfacePtr(owner), memberName);
-}
-
-hos::HOSValue orNaN(hos::HOSValue value, const ArgVarConverter& converter) {
-    if (!value.isNull() || !isInterface(converter.vartype)) return value;
-    hxArray* nan = nullptr;
-    fallBackToNaN(&nan);
-    return hos::HOSValue::ofPointer(nan);
+    const hos::HOSValue value =
+        converter.fromVariantFor(v, hos::HOSInterfacePtr(owner), memberName);
+    return value.isNull() ? nan() : value;
 }
 
 } // namespace
@@ -34,14 +33,15 @@ hos::HOSValue orNaN(hos::HOSValue value, const ArgVarConverter& converter) {
 hos::HOSValue propertyValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
                             const char* memberName) {
     if (converter.vartype != VT_UNKNOWN) return methodValue(converter, v, owner, memberName);
-    return orNaN(ownedValue(converter, v, owner, memberName), converter);
+    return ownedValue(converter, v, owner, memberName);
 }
 
 hos::HOSValue methodValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
                           const char* memberName) {
-    if (needsOwner(converter.vartype))
-        return orNaN(ownedValue(converter, v, owner, memberName), converter);
-    return orNaN(converter.fromVariant(v), converter);
+    if (needsOwner(converter.vartype)) return ownedValue(converter, v, owner, memberName);
+    if (converter.vartype != VT_UNKNOWN) return converter.fromVariant(v);
+    hxWarningMsgId(VELMAR::COM::unsupportedVARIANTtype());
+    return nan();
 }
 
 } // namespace axlink2

@@ -11,7 +11,8 @@ namespace axlink2 {
 hos::HOSValue propertyValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
                             const char* memberName);
 
-// The same for results and outputs of methods, among which a bare IUnknown isn't wrapped.
+// The same for results and outputs of methods, among which a bare IUnknown isn't wrapped: it is a
+// NaN with the warning "VELMAR:COM:unsupportedVARIANTtype".
 hos::HOSValue methodValue(ArgVarConverter& converter, VARIANT& v, hos::HOSInterface* owner,
                           const char* memberName);
 

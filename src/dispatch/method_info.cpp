@@ -9,6 +9,9 @@
 namespace axlink2 {
 namespace {
 
+// As FUNCDESC says it in place of the number of optional parameters.
+constexpr std::int64_t anyNumberOfArguments = -1;
+
 std::vector<COMArgInfo> argumentInfos(const COMMemberSignature& signature) {
     std::vector<COMArgInfo> infos;
     infos.reserve(signature.parameterTypes.size());
@@ -18,7 +21,13 @@ std::vector<COMArgInfo> argumentInfos(const COMMemberSignature& signature) {
                          .output = (flags & PARAMFLAG_FOUT) != 0,
                          .optional = (flags & PARAMFLAG_FOPT) != 0,
                          .byReference = signature.byReference[index],
+                         .variable = false,
                          .converter = getArgConverter(signature.parameterTypes[index])});
+    }
+    // What it declares is the array that the arguments would arrive in.
+    if (signature.optionalCount == anyNumberOfArguments && !infos.empty() && infos.back().input) {
+        infos.back().variable = true;
+        infos.back().output = false;
     }
     return infos;
 }
@@ -41,7 +50,12 @@ void COMIDispMethodInfo::declareSignature() {
     std::size_t optionalCount = 0;
     for (const COMArgInfo& argument : arguments) {
         if (!argument.input) continue;
-        signature->addInput(argument.converter->getDataType().getID());
+        if (argument.variable) {
+            signature->addInput(internedId("any"), internedId("varargin"));
+            signature->setVariableInput();
+        } else {
+            signature->addInput(argument.converter->getDataType().getID());
+        }
         if (argument.optional) ++optionalCount;
     }
     signature->setOptionalInputCount(optionalCount);
@@ -59,7 +73,7 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     hos::HOSInterface* const object = handle;
     const COMInstanceRecord* record = recordOf(object);
 
-    COMCallArguments call(arguments);
+    COMCallArguments call(arguments, takesAnyNumber() ? static_cast<std::size_t>(inputCount) : 0);
     call.fill(inputCount, inputs);
     // A call that asks for nothing still delivers its first output.
     if (*outputCount < 1 && (hasResult() || call.outputCount() > 0)) *outputCount = 1;

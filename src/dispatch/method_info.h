@@ -27,6 +27,7 @@ class COMIDispMethodInfo : public hos::HOSMethodInfo {
   private:
     void declareSignature();
     bool hasResult() const { return resultConverter->vartype != VT_VOID; }
+    bool takesAnyNumber() const { return !arguments.empty() && arguments.back().variable; }
 
     hos::HOSClass* ownerClass;
     std::string name;

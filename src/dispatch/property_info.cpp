@@ -2,6 +2,7 @@
 #include "dispatch/property_info.h"
 
 #include "classmodel/instance_record.h"
+#include "conversion/variant_access.h"
 #include "dispatch/invoke_or_throw.h"
 #include "dispatch/member_value.h"
 #include "host/exception.h"
@@ -56,8 +57,8 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
     platform::ScopedVariant result;
     DISPPARAMS params{};
     invokeOrThrow(server, dispid, DISPATCH_PROPERTYGET, params, &result);
-    if ((result->vt & VT_TYPEMASK) == VT_ERROR)
-        throwCOMError(result->scode, COMExcepInfo(false), 0, 0);
+    if ((result->vt & ~VT_BYREF) == VT_ERROR && converter->vartype != VT_ERROR)
+        throwCOMError(codeOf(result.get()), COMExcepInfo(false), 0, 0);
     *out = propertyValue(*converter, *result.inOut(), object, name.c_str());
     return out;
 }

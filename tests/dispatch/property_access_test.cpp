@@ -30,8 +30,9 @@ class Properties : public Served<Properties> {
             .readOnly()
             .raw({.name = "ErrorReference", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
                  [](Properties&, kit::Call& call) {
+                     static SCODE code = E_NOTIMPL;
                      call.result->vt = VT_ERROR | VT_BYREF;
-                     call.result->scode = E_NOTIMPL;
+                     call.result->pscode = &code;
                      return S_OK;
                  })
             .raw({.name = "Crash", .kind = INVOKE_PROPERTYGET, .result = VT_R8},
