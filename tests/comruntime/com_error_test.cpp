@@ -54,7 +54,13 @@ TEST(COMErrorText, DispatchCodesHaveMessagesOfTheirOwnAndTheSystemSpeaksForTheOt
     const std::pair<HRESULT, std::u16string> rows[] = {
         {DISP_E_MEMBERNOTFOUND, catalogue(DISP_E_MEMBERNOTFOUND_ErrMsg())},
         {DISP_E_PARAMNOTFOUND, catalogue(DISP_E_PARAMNOTFOUND_ErrMsg(1))},
+        {DISP_E_TYPEMISMATCH, catalogue(DISP_E_TYPEMISMATCH_ErrMsg(1))},
+        {DISP_E_UNKNOWNNAME, catalogue(DISP_E_UNKNOWNNAME_ErrMsg())},
+        {DISP_E_NONAMEDARGS, catalogue(DISP_E_NONAMEDARGS_ErrMsg())},
+        {DISP_E_OVERFLOW, catalogue(DISP_E_OVERFLOW_ErrMsg())},
+        {DISP_E_UNKNOWNLCID, catalogue(DISP_E_UNKNOWNLCID_ErrMsg())},
         {DISP_E_BADPARAMCOUNT, catalogue(DISP_E_BADPARAMCOUNT_ErrMsg())},
+        {DISP_E_PARAMNOTOPTIONAL, catalogue(DISP_E_PARAMNOTOPTIONAL_ErrMsg())},
         {E_FAIL, catalogue(DISP_E_default_ErrMsg(systemMessageText(E_FAIL)))},
         // Unknown to the system as well.
         {static_cast<HRESULT>(0x8BADF00D), catalogue(DISP_E_default_ErrMsgErrCode("8BADF00D"))},

@@ -2,6 +2,7 @@
 #include "comruntime/description_text.h"
 #include "comruntime/probe.h"
 #include "comruntime/type_description.h"
+#include "servers/kit/type_library.h"
 #include "support/alive_check.h"
 
 namespace {
@@ -13,6 +14,7 @@ using kit::ParamSpec;
 using kit::pointerTo;
 using kit::safeArrayOf;
 using kit::userType;
+using platform::ComPtr;
 
 constexpr WORD in = PARAMFLAG_FIN;
 constexpr WORD out = PARAMFLAG_FOUT;
@@ -150,16 +152,19 @@ TEST_F(TypeDescription, SaysWhichMembersBecomeMethodsAndWhichProperties) {
 }
 
 TEST_F(TypeDescription, ReadsEnumerationsOnceWithoutHiddenConstants) {
-    const auto description =
-        describeOne({.name = "F",
-                     .dispid = 1,
-                     .params = {{"a", userType("Color"), in}, {"b", userType("Color"), in}}});
-    ASSERT_EQ(description->enumerations.size(), 1u);
-    const auto& constants = description->enumerations.at("Color");
-    ASSERT_EQ(constants.size(), 2u);
-    EXPECT_EQ(constants[0].name, "red");
-    EXPECT_EQ(constants[1].name, "crimson");
-    EXPECT_EQ(constants[1].value, -1);
+    const auto description = describeOne({.name = "F",
+                                          .dispid = 1,
+                                          .params = {{"a", userType("Color"), in},
+                                                     {"b", userType("Color"), in},
+                                                     {"c", userType("Hue"), in}}});
+    ASSERT_EQ(description->enumerations.size(), 2u);
+    for (const char* name : {"Color", "Hue"}) { // which is an alias of the other
+        const auto& constants = description->enumerations.at(name);
+        ASSERT_EQ(constants.size(), 2u) << name;
+        EXPECT_EQ(constants[0].name, "red");
+        EXPECT_EQ(constants[1].name, "crimson");
+        EXPECT_EQ(constants[1].value, -1);
+    }
 }
 
 TEST_F(TypeDescription, KeepsConstantsOfOtherWidthsThatFit) {
@@ -188,6 +193,15 @@ TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
         .variable("Hidden", &Probe::number)
         .dispid(4)
         .hidden()
+        .variable("Restricted", &Probe::number)
+        .dispid(11)
+        .restricted()
+        .variable("Pointer", &Probe::number)
+        .dispid(12)
+        .declare(pointerTo(VT_I4))
+        .variable("Numbers", &Probe::number)
+        .dispid(13)
+        .declare(safeArrayOf(VT_R8))
         .raw({.name = "_Secret", .dispid = 6}, Probe::nothing)
         .raw({.name = "Half", .dispid = 8, .kind = INVOKE_PROPERTYGET, .result = VT_I2},
              Probe::nothing)
@@ -198,13 +212,18 @@ TEST_F(TypeDescription, MergesVariablesBasesAndHalvesByDispid) {
     EXPECT_EQ(textOf(description->members), "2 Flag get()->vt2 put()->vt0\n"
                                             "3 Number get()->vt3\n"
                                             "5 Shared method()->vt3\n"
-                                            "8 Half get()->vt2\n");
+                                            "8 Half get()->vt2\n"
+                                            "12 Pointer get()->vt26 put()->vt0\n"
+                                            "13 Numbers get()->array(5,out) put()->vt0\n");
 }
 
 // Only a dispinterface repeats what it inherits; the bases of others are walked.
 TEST_F(TypeDescription, TakesABasesSignatureUnderTheNameThatCameFirst) {
+    auto root = Probe::Builder::interface_("IRoot", guidOf("IRoot"));
+    root.interfaceKind(TKIND_INTERFACE).raw({.name = "Root", .dispid = 21}, Probe::nothing);
     auto base = Probe::Builder::interface_("IBase", guidOf("IBase"));
     base.interfaceKind(TKIND_INTERFACE)
+        .inherits(root)
         .raw({.name = "Shared", .dispid = 5, .result = VT_I4}, Probe::nothing)
         .raw({.name = "BaseOnly", .dispid = -7}, Probe::nothing)
         .raw({.name = "Same", .dispid = 9}, Probe::nothing);
@@ -218,7 +237,8 @@ TEST_F(TypeDescription, TakesABasesSignatureUnderTheNameThatCameFirst) {
     EXPECT_EQ(textOf(description->members), "-7 BaseOnly method()->vt24\n"
                                             "5 Mine method()->vt3\n"
                                             "8 Same method()->vt24\n"
-                                            "9 Same method()->vt24\n");
+                                            "9 Same method()->vt24\n"
+                                            "21 Root method()->vt24\n");
 }
 
 TEST_F(TypeDescription, TakesEventsFromTheDefaultSourceOfTheFirstCoclassThatListsTheInterface) {
@@ -239,9 +259,74 @@ TEST_F(TypeDescription, TakesEventsFromTheDefaultSourceOfTheFirstCoclassThatList
     EXPECT_TRUE(without->events.empty());
 }
 
+// A library of these coclasses, whose interfaces all are there.
+ComPtr<ITypeLib> libraryOf(const std::vector<kit::CoclassSpec>& coclasses) {
+    kit::LibrarySpec spec{.name = "Probes", .guid = guidOf("Probes"), .coclasses = coclasses};
+    spec.types = {{.name = "Point", .kind = TKIND_RECORD, .fields = {{"x", VT_R8}}}};
+    for (const char* name : {"IProbe", "DFirst", "DSecond"})
+        spec.interfaces.push_back(
+            {.name = name,
+             .iid = guidOf(name),
+             .functions = {
+                 {.name = "Called", .dispid = 1},
+                 {.name = "Property", .dispid = 2, .kind = INVOKE_PROPERTYGET, .result = VT_I4}}});
+    return kit::makeTypeLibrary(spec);
+}
+
+TEST_F(TypeDescription, TakesEventsFromTheFirstSourceThatIsADefaultOfTheFirstCoclassThatFits) {
+    constexpr int source = IMPLTYPEFLAG_FSOURCE;
+    constexpr int standard = IMPLTYPEFLAG_FDEFAULT | source;
+    constexpr int restricted = standard | IMPLTYPEFLAG_FRESTRICTED;
+    using Interfaces = std::vector<kit::ImplementedSpec>;
+    const kit::ImplementedSpec main{"IProbe", IMPLTYPEFLAG_FDEFAULT};
+    const struct {
+        std::vector<Interfaces> coclasses;
+        const char* source; // null where there is none
+    } rows[] = {
+        {{{main, {"DFirst", standard}, {"DSecond", standard}}}, "DFirst"},
+        {{{main, {"DFirst", source}, {"DSecond", standard}}}, "DSecond"},
+        {{{main, {"DFirst", restricted}, {"DSecond", standard}}}, "DSecond"},
+        {{{main, {"DFirst", standard}}, {main, {"DSecond", standard}}}, "DFirst"},
+        {{{main}, {main, {"DSecond", standard}}}, nullptr},
+        {{{{"DFirst", standard}}, {main, {"DSecond", standard}}}, "DSecond"},
+    };
+    for (const auto& row : rows) {
+        std::vector<kit::CoclassSpec> coclasses;
+        for (const Interfaces& interfaces : row.coclasses) {
+            const std::string name = "Probe" + std::to_string(coclasses.size());
+            coclasses.push_back({.name = name, .clsid = guidOf(name), .interfaces = interfaces});
+        }
+        const auto library = libraryOf(coclasses);
+        ComPtr<ITypeInfo> info;
+        ASSERT_EQ(library->GetTypeInfoOfGuid(guidOf("IProbe"), info.put()), S_OK);
+        const COMTypeDescription description(info.get(), nullptr);
+        EXPECT_EQ(description.sourceInterfaceIID, row.source ? guidOf(row.source) : GUID_NULL);
+        // A property of a source is no event.
+        EXPECT_EQ(textOf(description.events), row.source ? "1 Called method()->vt0\n" : "");
+    }
+}
+
+TEST_F(TypeDescription, HasNoMembersThatAreNotReachedByDispatch) {
+    const auto library = libraryOf({});
+    ComPtr<ITypeInfo> record;
+    ASSERT_EQ(library->GetTypeInfo(0, record.put()), S_OK);
+    EXPECT_TRUE(COMTypeDescription(record.get(), nullptr).members.empty());
+}
+
 TEST_F(TypeDescription, IsMissingForAServerWithoutTypeInformation) {
     Probe::Builder builder = Probe::builder();
     EXPECT_EQ(describe(*builder.withoutTypeInfo().build()), nullptr);
+    class Doubled final : public Probe {
+      public:
+        using Probe::Probe;
+        HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+            *count = 2;
+            return S_OK;
+        }
+    };
+    const auto definition = Probe::builder().build();
+    const auto doubled = kit::createDispatch<Doubled>(*definition);
+    EXPECT_EQ(COMTypeDescription::ofServer(doubled.get()), nullptr);
     EXPECT_EQ(COMTypeDescription::ofServer(nullptr), nullptr);
 }
 

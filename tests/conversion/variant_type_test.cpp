@@ -59,6 +59,9 @@ struct VariantTypes : AliveCheck {};
 TEST_F(VariantTypes, AreNamedAfterTheElementsAndSharedByName) {
     EXPECT_STREQ(typeOf(any()).getName(), "Variant");
     EXPECT_STREQ(typeOf(array(VT_R8)).getName(), "SafeArray(double)");
+    EXPECT_STREQ(typeOf(array(VT_R4)).getName(), "SafeArray(single)");
+    EXPECT_STREQ(typeOf(array(VT_BOOL)).getName(), "SafeArray(bool)");
+    EXPECT_STREQ(typeOf(array(VT_UI1)).getName(), "SafeArray(char)");
     EXPECT_STREQ(typeOf(arrayPointer(VT_VARIANT)).getName(), "SafeArray Pointer(Variant)");
     EXPECT_EQ(&array(VT_R8), &array(VT_R8));
     EXPECT_NE(&array(VT_R8), &arrayPointer(VT_R8));

@@ -1,5 +1,6 @@
 // Calls of members by their names: the traffic, the result, and what goes wrong.
 #include "dispatch/call_by_name.h"
+#include "host/axlink.h"
 #include "support/server_fixture.h"
 
 namespace {
@@ -107,6 +108,15 @@ TEST_F(CallByName, SendsUntypedArgumentsLastFirst) {
     }
 }
 
+TEST_F(CallByName, KeepsWhatArgumentsReferToForTheTimeOfTheCall) {
+    axlink::setPassSafeArrayByRef(true);
+    const Array three = scalar(3);
+    const Array pair = cell(scalar(1), text("b"));
+    named("Item", DISPATCH_PROPERTYPUT, {three.get(), pair.get()});
+    axlink::setPassSafeArrayByRef(false);
+    EXPECT_EQ(traffic(), "4, VARIANT[1,2] (R8 1) (BSTR 'b'), R8 3, named -3");
+}
+
 TEST_F(CallByName, DeliversOneOutput) {
     for (const auto& [asked, told] : {std::pair(0u, 1u), std::pair(1u, 1u), std::pair(3u, 3u)}) {
         outputs = asked;
@@ -140,6 +150,12 @@ TEST_F(CallByName, ReportsWhatFails) {
     EXPECT_EQ(error("Join", DISPATCH_METHOD, {number.get(), complex.get()}),
               "VELMAR:COM:invalidargumenttype");
     EXPECT_TRUE(log.calls().empty());
+    // The only argument is the first one.
+    const Array word = text("word");
+    const auto mismatch =
+        describedErrorOf([&] { named("Item", DISPATCH_PROPERTYGET, {word.get()}); });
+    EXPECT_EQ(mismatch.text.substr(0, 10), "Argument 1");
+    log.clear();
     // There's no second try with another kind of call.
     EXPECT_EQ(error("Item", DISPATCH_METHOD, {number.get()}), "VELMAR:COM:E2147614723");
     EXPECT_EQ(log.calls().size(), 1u);

@@ -25,6 +25,9 @@ class Methods : public Served<Methods> {
     }
     double twice(double x) { return 2 * x; }
     double scale(double x, kit::Optional<double> factor) { return x * factor.value_or(10); }
+    double blend(double x, kit::Optional<double> a, kit::Optional<double> b) {
+        return x + a.value_or(10) + b.value_or(100);
+    }
     void optionalThenOut(double, kit::Optional<double>, kit::Out<double> c) { c = 5; }
     void out(double a, kit::Out<double> c) { c = a + 1; }
     double results(kit::Out<LONG> first, kit::Out<OleString> second) {
@@ -99,6 +102,7 @@ void Methods::declare(Builder& builder) {
         .method("Sum", &Methods::sum, {"a", "b", "c", "d", "e", "f", "g", "last"})
         .method("Twice", &Methods::twice, {"x"})
         .method("Scale", &Methods::scale, {"x", "factor"})
+        .method("Blend", &Methods::blend, {"x", "a", "b"})
         .method("OptionalThenOut", &Methods::optionalThenOut, {"a", "b", "c"})
         .method("Out", &Methods::out, {"a", "c"})
         .method("Results", &Methods::results, {"first", "second"})
@@ -241,6 +245,7 @@ TEST_F(MethodCall, DeliversTheResultFirstThenTheOutputsThatWereWanted) {
         EXPECT_EQ(first.outputs[0].integer(), 3);
         EXPECT_TRUE(first.outputs[1].isNull());
     }
+    EXPECT_EQ(invoke("Swap", 0, {integer(1), integer(2)}).count, 1u);
     log.clear();
     EXPECT_EQ(invoke("Out", 1, {real(1)}).outputs[0].number(), 2.0);
     EXPECT_EQ(onlyCall().arguments.at(0).vt, VT_BYREF | VT_R8);
@@ -325,6 +330,11 @@ TEST_F(MethodCall, TakesWhatAServerPutIntoTheSlotOfAVariant) {
 TEST_F(MethodCall, ComesFromTheLanguageWithConversionsAndChoice) {
     const Array two = scalar(2.4);
     EXPECT_EQ(number(call(object, "Twice", 1, {two.get()})[0].get()), 4.8);
+    std::vector<const hxArray*> inputs;
+    for (const double sum : {112.4, 104.8, 7.2}) {
+        inputs.push_back(two.get());
+        EXPECT_DOUBLE_EQ(number(call(object, "Blend", 1, inputs)[0].get()), sum);
+    }
     const auto swapped = call(object, "Swap", 2, {two.get(), two.get()});
     EXPECT_EQ(described(swapped[0]), "int32 2");
     EXPECT_NE(errorOf([&] { call(object, "Twice", 1); }), "");

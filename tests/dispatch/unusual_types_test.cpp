@@ -1,5 +1,6 @@
 // Members of types that few servers use: codes, bare interfaces, pointers and references as
 // results, any number of arguments.
+#include "conversion/variant_instance.h"
 #include "support/server_fixture.h"
 
 namespace {
@@ -169,6 +170,18 @@ TEST_F(UnusualTypes, ResultsAreWhatTheServerGaveWhateverItDeclared) {
     EXPECT_EQ(errorOf([&] { ask("PropValue"); }), "VELMAR:COM:E2343432205");
     Unusual::given = variantOf(VT_ERROR, safeArray(VT_ERROR, {{1}})).detach();
     EXPECT_TRUE(ask("PropValue").starts_with(nothing)); // an array of these isn't known
+}
+
+TEST_F(UnusualTypes, AVariantBehindAReferenceIsReadBeforeTheServerChangesIt) {
+    LONG number = 5;
+    Unusual::given = reference(VT_I4, &number).get();
+    hos::HOSValue inputs[] = {hos::HOSValue::ofPointer(object.get())};
+    hos::HOSValue output;
+    std::uint32_t count = 1;
+    method(object, "Value")->invoke(nullptr, &count, &output, 1, inputs);
+    number = 6;
+    const std::unique_ptr<COMVariantInstance> value(output.pointer<COMVariantInstance>());
+    EXPECT_EQ(described(*value->variant), "I4 5");
 }
 
 TEST_F(UnusualTypes, AnyNumberOfInputsAreArgumentsOfTheirOwn) {

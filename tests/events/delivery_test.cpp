@@ -36,9 +36,12 @@ TEST_F(Delivery, IsAStructureWithTheParametersInOrder) {
     server(h).fire(Source::renamed, platform::OleString(OLESTR("a")),
                    platform::OleString(OLESTR("b")));
     server(h).fire(Source::done);
+    listen(h, "Last");
+    server(h).fire(Source::last);
     EXPECT_EQ(heard,
               (std::vector{ticked(-4), event("Renamed", Source::renamed, "OldName='a' NewName='b'"),
-                           event("Done", Source::done, "")}));
+                           event("Done", Source::done, ""),
+                           event("Last", Source::last, "Arg1=null Arg2=null")}));
     velmar::addListener(handle(h), "Tick", [this](const hxArray* source, const hxArray* data) {
         EXPECT_TRUE(hoststring::isString(hxGetField(data, 0, "Type")));
         EXPECT_EQ(hoGetArrayElement(hxGetField(data, 0, "Source"), 0), handle(h));

@@ -82,6 +82,18 @@ TEST_F(Ending, OfTheSinkInItsOwnCall) {
     EXPECT_EQ(fired.references(), 1u);
 }
 
+TEST_F(Ending, OfTheObjectInACallOfItsServerLeavesTheServerToTheEndOfTheCall) {
+    const Array one = scalar(1);
+    for (const char* how : {"delete", "release"}) {
+        const int others = kit::liveObjects();
+        const Array object = startRegistered("Test.Source");
+        listen(object, "Tick", [&] { call(object, how, 0); });
+        call(object, "FireTick", 0, {one.get()});
+        EXPECT_EQ(Source::traffic.aliveBehindTick, others + 1) << how;
+        EXPECT_EQ(kit::liveObjects(), others) << how;
+    }
+}
+
 TEST_F(Ending, OfAnObjectInItsListenerSparesTheOthers) {
     for (const char* how : {"delete", "release"}) {
         const Array object = startRegistered("Test.Source");

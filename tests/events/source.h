@@ -20,6 +20,7 @@ struct Traffic {
     int finds = 0;
     std::vector<DWORD> advised = {}; // cookies
     std::vector<DWORD> unadvised = {};
+    int aliveBehindTick = 0; // COM objects when the last one had been fired
 
     Step failing = Step::None;
     Failure failure = Failure::Code;
@@ -49,7 +50,10 @@ class Source : public Served<Source> {
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
 
-    void fireTick(LONG count) { fire(tick, count); }
+    void fireTick(LONG count) {
+        fire(tick, count);
+        traffic.aliveBehindTick = kit::liveObjects();
+    }
     void crash();
 };
 

@@ -63,6 +63,11 @@ TEST_F(Messages, ArgumentsOfEveryKindTakeTheirPlaces) {
     EXPECT_EQ(textOf(VELMAR::COM::COMException(std::string("gr\xC3\xBCn"))), u"gr\u00fcn");
     EXPECT_EQ(textOf(VELMAR::COM::COMException(std::u16string(u"{1} stays"))), u"{1} stays");
     EXPECT_EQ(textOf(VELMAR::COM::DISP_E_EXCEPTION_PartSourceMsg(u"S")), u"Source: S\n");
+    const auto mismatch = [](std::int64_t position) {
+        return textOf(VELMAR::COM::DISP_E_TYPEMISMATCH_ErrMsg(position)).substr(0, 10);
+    };
+    EXPECT_EQ(mismatch(2), u"Argument 2");
+    EXPECT_EQ(mismatch(0), u"A value is"); // at the position of no argument
     EXPECT_EQ(textOf(AnyMessage({"VELMAR:COM", "unheardOf", 0}, {})), u"VELMAR:COM:unheardOf");
 }
 
