@@ -1,4 +1,4 @@
-// The way out of a COM method: no exception crosses it.
+// The way out of a COM function or method: no exception crosses it.
 #pragma once
 
 #include "platform/com.h"
@@ -8,13 +8,13 @@
 
 namespace platform {
 
-// What `call` answers; E_OUTOFMEMORY or E_UNEXPECTED when it raises a standard exception.
+// What `call` answers; `noMemory` or E_UNEXPECTED when it raises a standard exception.
 template <class Call>
-HRESULT answer(Call&& call) {
+HRESULT answer(Call&& call, HRESULT noMemory = E_OUTOFMEMORY) {
     try {
         return call();
     } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        return noMemory;
     } catch (const std::exception&) {
         return E_UNEXPECTED;
     }

@@ -17,6 +17,8 @@ struct RegistryKeyTraits : PointerTraits<HKEY> {
 
 using RegistryKey = Holder<RegistryKeyTraits>;
 
+// Both raise std::bad_alloc.
+//
 // A key below an open one or a root; empty when it can't be opened for reading.
 RegistryKey openKey(HKEY parent, const OleString& path);
 

@@ -1,6 +1,7 @@
 // Class objects, from the process or from shared libraries, and the objects that they make.
 #include "platform/portable/activation.h"
 
+#include "platform/answer.h"
 #include "platform/holders.h"
 #include "platform/portable/apartment.h"
 #include "platform/portable/class_registration.h"
@@ -63,6 +64,12 @@ HRESULT findEntryPoint(const platform::OleString& file, GetClassObjectFunction**
     return S_OK;
 }
 
+HRESULT findServer(REFCLSID clsid, GetClassObjectFunction** function) {
+    const auto library =
+        platform::readClassText(platform::classKeyPath(clsid) + OLESTR("\\InprocServer32"));
+    return library ? findEntryPoint(*library, function) : REGDB_E_CLASSNOTREG;
+}
+
 HRESULT checkServer(const COSERVERINFO* server) {
     return server && server->pwszName && *server->pwszName
                ? HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE)
@@ -91,18 +98,13 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, COSERVERINFO* server, RE
     if (const ComPtr<IUnknown> registered = findRegistered(clsid, context)) {
         return registered->QueryInterface(iid, object);
     }
-    const auto library =
-        (context & CLSCTX_INPROC_SERVER) != 0
-            ? platform::readClassText(platform::classKeyPath(clsid) + OLESTR("\\InprocServer32"))
-            : std::nullopt;
-    if (!library) {
+    if ((context & CLSCTX_INPROC_SERVER) == 0) {
         return REGDB_E_CLASSNOTREG;
     }
     GetClassObjectFunction* getClassObject = nullptr;
-    if (const HRESULT hr = findEntryPoint(*library, &getClassObject); FAILED(hr)) {
-        return hr;
-    }
-    return getClassObject(clsid, iid, object);
+    const HRESULT hr = platform::answer([&] { return findServer(clsid, &getClassObject); });
+    // What the server raises is its own affair.
+    return FAILED(hr) ? hr : getClassObject(clsid, iid, object);
 }
 
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID iid,
@@ -162,11 +164,13 @@ HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* object, DWORD context, D
     if (!platform::isComInitialized()) {
         return CO_E_NOTINITIALIZED;
     }
-    RegisteredClasses& classes = registeredClasses();
-    const std::lock_guard lock(classes.mutex);
     const bool singleUse = (flags & (REGCLS_MULTIPLEUSE | REGCLS_MULTI_SEPARATE)) == 0;
-    *cookie = classes.add({clsid, ComPtr<IUnknown>::borrow(object), context, singleUse});
-    return S_OK;
+    return platform::answer([&] {
+        RegisteredClasses& classes = registeredClasses();
+        const std::lock_guard lock(classes.mutex);
+        *cookie = classes.add({clsid, ComPtr<IUnknown>::borrow(object), context, singleUse});
+        return S_OK;
+    });
 }
 
 HRESULT CoRevokeClassObject(DWORD cookie) { return registeredClasses().revoke(cookie); }

@@ -1,4 +1,5 @@
 // GUIDs and ProgIDs as text, and the way from one to the other through the registry.
+#include "platform/answer.h"
 #include "platform/fold_case.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/class_registration.h"
@@ -6,6 +7,8 @@
 #include "platform/portable/system.h"
 #include "platform/registry_key.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <optional>
 #include <sys/random.h>
@@ -55,10 +58,14 @@ std::optional<GUID> parseGuid(OleView text) {
     return guid;
 }
 
-OleString guidText(REFGUID guid) {
+// Not ended by a zero.
+using GuidText = std::array<OLECHAR, guidShape.size()>;
+
+GuidText guidText(REFGUID guid) {
     BYTE bytes[16];
     std::memcpy(bytes, &guid, sizeof bytes);
-    OleString text(guidShape);
+    GuidText text;
+    guidShape.copy(text.data(), text.size());
     std::size_t digits = 0;
     for (OLECHAR& unit : text) {
         if (unit == u'x') {
@@ -70,6 +77,8 @@ OleString guidText(REFGUID guid) {
     }
     return text;
 }
+
+OleView asView(const GuidText& text) { return {text.data(), text.size()}; }
 
 // A text for the caller to free with CoTaskMemFree.
 HRESULT giveText(OleView text, LPOLESTR* result) {
@@ -91,39 +100,23 @@ std::optional<OleString> readClassText(OleView path) {
     return key ? readText(key, nullptr) : std::nullopt;
 }
 
-OleString classKeyPath(REFCLSID clsid) { return OLESTR("CLSID\\") + guidText(clsid); }
+OleString classKeyPath(REFCLSID clsid) {
+    return OLESTR("CLSID\\") + OleString(asView(guidText(clsid)));
+}
 
 } // namespace platform
 
-extern "C" {
+namespace {
 
-int StringFromGUID2(REFGUID guid, LPOLESTR text, int size) {
-    const int needed = static_cast<int>(guidShape.size()) + 1;
-    if (!text || size < needed) {
-        return 0;
-    }
-    guidText(guid).copy(text, guidShape.size());
-    text[guidShape.size()] = 0;
-    return needed;
-}
-
-HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR* text) {
-    return text ? giveText(guidText(clsid), text) : E_INVALIDARG;
-}
-
-HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
-    if (!progId || !clsid) {
-        return E_INVALIDARG;
-    }
-    *clsid = CLSID_NULL;
-    const OleString name(progId);
+// By the name's own class identifier, or by that of its current version.
+HRESULT findClsid(OleView name, CLSID& clsid) {
     // A name with a backslash would reach into the keys below another one.
-    if (name.empty() || name.find(u'\\') != OleString::npos) {
+    if (name.empty() || name.find(u'\\') != OleView::npos) {
         return CO_E_CLASSSTRING;
     }
-    std::optional<OleString> text = platform::readClassText(name + OLESTR("\\CLSID"));
+    std::optional<OleString> text = platform::readClassText(OleString(name) + OLESTR("\\CLSID"));
     if (!text) {
-        const auto current = platform::readClassText(name + OLESTR("\\CurVer"));
+        const auto current = platform::readClassText(OleString(name) + OLESTR("\\CurVer"));
         if (current && !current->empty()) {
             text = platform::readClassText(*current + OLESTR("\\CLSID"));
         }
@@ -132,8 +125,34 @@ HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
     if (!guid) {
         return CO_E_CLASSSTRING;
     }
-    *clsid = *guid;
+    clsid = *guid;
     return S_OK;
+}
+
+} // namespace
+
+extern "C" {
+
+int StringFromGUID2(REFGUID guid, LPOLESTR text, int size) {
+    const int needed = static_cast<int>(guidShape.size()) + 1;
+    if (!text || size < needed) {
+        return 0;
+    }
+    std::ranges::copy(guidText(guid), text);
+    text[guidShape.size()] = 0;
+    return needed;
+}
+
+HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR* text) {
+    return text ? giveText(asView(guidText(clsid)), text) : E_INVALIDARG;
+}
+
+HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid) {
+    if (!progId || !clsid) {
+        return E_INVALIDARG;
+    }
+    *clsid = CLSID_NULL;
+    return platform::answer([&] { return findClsid(progId, *clsid); });
 }
 
 HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid) {
@@ -174,8 +193,11 @@ HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* progId) {
         return E_INVALIDARG;
     }
     *progId = nullptr;
-    const auto text = platform::readClassText(platform::classKeyPath(clsid) + OLESTR("\\ProgID"));
-    return text && !text->empty() ? giveText(*text, progId) : REGDB_E_CLASSNOTREG;
+    return platform::answer([&] {
+        const auto text =
+            platform::readClassText(platform::classKeyPath(clsid) + OLESTR("\\ProgID"));
+        return text && !text->empty() ? giveText(*text, progId) : REGDB_E_CLASSNOTREG;
+    });
 }
 
 HRESULT CoCreateGuid(GUID* guid) {

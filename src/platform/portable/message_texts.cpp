@@ -1,4 +1,5 @@
 // The texts of the codes that COM calls answer with, and FormatMessageW over them.
+#include "platform/answer.h"
 #include "platform/portable/hresults.h"
 #include "platform/portable/system.h"
 #include "platform/text.h"
@@ -159,7 +160,15 @@ extern "C" DWORD FormatMessageW(DWORD flags, const void*, DWORD code, DWORD, LPO
         SetLastError(ERROR_MR_MID_NOT_FOUND);
         return 0;
     }
-    const platform::OleString text = platform::toOle(found->text) + OLESTR("\r\n");
+    platform::OleString text;
+    const HRESULT made = platform::answer([&] {
+        text = platform::toOle(found->text) + OLESTR("\r\n");
+        return S_OK;
+    });
+    if (FAILED(made)) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return 0;
+    }
     std::size_t capacity = size;
     LPOLESTR target = buffer;
     if ((flags & FORMAT_MESSAGE_ALLOCATE_BUFFER) != 0) {

@@ -1,6 +1,7 @@
 // The registry's calls over the tree that .reg files filled.
 #include "platform/portable/registry.h"
 
+#include "platform/answer.h"
 #include "platform/portable/registry_tree.h"
 #include "platform/portable/system.h"
 
@@ -21,6 +22,11 @@ struct HKEY__ {
 namespace {
 
 constexpr LSTATUS status(DWORD code) { return static_cast<LSTATUS>(code); }
+
+template <class Call>
+LSTATUS withoutRaising(Call&& call) {
+    return platform::answer(call, status(ERROR_NOT_ENOUGH_MEMORY));
+}
 
 const OLECHAR* predefinedName(HKEY key) {
     if (key == HKEY_CLASSES_ROOT) {
@@ -68,16 +74,18 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCOLESTR path, DWORD, REGSAM, HKEY* opened) {
     if (name.starts_with(OLESTR('\\')) && key != HKEY_CLASSES_ROOT) {
         return status(ERROR_BAD_PATHNAME);
     }
-    RegistryPath whole = pathOf(key);
-    const RegistryPath below = platform::splitRegistryPath(name);
-    whole.insert(whole.end(), below.begin(), below.end());
-    RegistryTree& tree = RegistryTree::instance();
-    const auto lock = tree.lock();
-    if (tree.find(whole).empty()) {
-        return status(ERROR_FILE_NOT_FOUND);
-    }
-    *opened = new HKEY__{std::move(whole)};
-    return status(ERROR_SUCCESS);
+    return withoutRaising([&] {
+        RegistryPath whole = pathOf(key);
+        const RegistryPath below = platform::splitRegistryPath(name);
+        whole.insert(whole.end(), below.begin(), below.end());
+        RegistryTree& tree = RegistryTree::instance();
+        const auto lock = tree.lock();
+        if (tree.find(whole).empty()) {
+            return status(ERROR_FILE_NOT_FOUND);
+        }
+        *opened = new HKEY__{std::move(whole)};
+        return status(ERROR_SUCCESS);
+    });
 }
 
 LSTATUS RegOpenKeyW(HKEY key, LPCOLESTR path, HKEY* opened) {
@@ -92,33 +100,35 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPOLESTR name, DWORD* size, DWORD*,
     if (!name || !size) {
         return status(ERROR_INVALID_PARAMETER);
     }
-    RegistryTree& tree = RegistryTree::instance();
-    const auto lock = tree.lock();
-    const auto keys = tree.find(pathOf(key));
-    if (keys.empty()) {
-        return status(ERROR_KEY_DELETED);
-    }
-    const std::vector<OleString> names = subkeyNames(keys);
-    if (index >= names.size()) {
-        return status(ERROR_NO_MORE_ITEMS);
-    }
-    const OleString& found = names[index];
-    if (found.size() >= *size) {
-        return status(ERROR_MORE_DATA);
-    }
-    found.copy(name, found.size());
-    name[found.size()] = 0;
-    *size = static_cast<DWORD>(found.size());
-    if (className && classSize && *classSize > 0) {
-        className[0] = 0;
-    }
-    if (classSize) {
-        *classSize = 0;
-    }
-    if (written) {
-        *written = {};
-    }
-    return status(ERROR_SUCCESS);
+    return withoutRaising([&] {
+        RegistryTree& tree = RegistryTree::instance();
+        const auto lock = tree.lock();
+        const auto keys = tree.find(pathOf(key));
+        if (keys.empty()) {
+            return status(ERROR_KEY_DELETED);
+        }
+        const std::vector<OleString> names = subkeyNames(keys);
+        if (index >= names.size()) {
+            return status(ERROR_NO_MORE_ITEMS);
+        }
+        const OleString& found = names[index];
+        if (found.size() >= *size) {
+            return status(ERROR_MORE_DATA);
+        }
+        found.copy(name, found.size());
+        name[found.size()] = 0;
+        *size = static_cast<DWORD>(found.size());
+        if (className && classSize && *classSize > 0) {
+            className[0] = 0;
+        }
+        if (classSize) {
+            *classSize = 0;
+        }
+        if (written) {
+            *written = {};
+        }
+        return status(ERROR_SUCCESS);
+    });
 }
 
 LSTATUS RegQueryValueExW(HKEY key, LPCOLESTR name, DWORD* reserved, DWORD* type, BYTE* data,
@@ -129,34 +139,36 @@ LSTATUS RegQueryValueExW(HKEY key, LPCOLESTR name, DWORD* reserved, DWORD* type,
     if (reserved || (data && !size)) {
         return status(ERROR_INVALID_PARAMETER);
     }
-    RegistryTree& tree = RegistryTree::instance();
-    const auto lock = tree.lock();
-    const auto keys = tree.find(pathOf(key));
-    if (keys.empty()) {
-        return status(ERROR_KEY_DELETED);
-    }
-    for (const RegistryKey* found : keys) {
-        const auto value = found->values.find(name ? OleView(name) : OleView());
-        if (value == found->values.end()) {
-            continue;
+    return withoutRaising([&] {
+        RegistryTree& tree = RegistryTree::instance();
+        const auto lock = tree.lock();
+        const auto keys = tree.find(pathOf(key));
+        if (keys.empty()) {
+            return status(ERROR_KEY_DELETED);
         }
-        const std::vector<BYTE>& bytes = value->second.data;
-        if (type) {
-            *type = value->second.type;
+        for (const RegistryKey* found : keys) {
+            const auto value = found->values.find(name ? OleView(name) : OleView());
+            if (value == found->values.end()) {
+                continue;
+            }
+            const std::vector<BYTE>& bytes = value->second.data;
+            if (type) {
+                *type = value->second.type;
+            }
+            const DWORD room = size ? *size : 0;
+            if (size) {
+                *size = static_cast<DWORD>(bytes.size());
+            }
+            if (data && room < bytes.size()) {
+                return status(ERROR_MORE_DATA);
+            }
+            if (data) {
+                std::copy(bytes.begin(), bytes.end(), data);
+            }
+            return status(ERROR_SUCCESS);
         }
-        const DWORD room = size ? *size : 0;
-        if (size) {
-            *size = static_cast<DWORD>(bytes.size());
-        }
-        if (data && room < bytes.size()) {
-            return status(ERROR_MORE_DATA);
-        }
-        if (data) {
-            std::copy(bytes.begin(), bytes.end(), data);
-        }
-        return status(ERROR_SUCCESS);
-    }
-    return status(ERROR_FILE_NOT_FOUND);
+        return status(ERROR_FILE_NOT_FOUND);
+    });
 }
 
 LSTATUS RegCloseKey(HKEY key) {

@@ -1,4 +1,5 @@
 // The running object table: objects that other code of the process may ask for by their class.
+#include "platform/answer.h"
 #include "platform/holders.h"
 #include "platform/portable/activation.h"
 #include "platform/portable/apartment.h"
@@ -40,11 +41,13 @@ HRESULT RegisterActiveObject(IUnknown* object, REFCLSID clsid, DWORD flags, DWOR
     if (!platform::isComInitialized()) {
         return CO_E_NOTINITIALIZED;
     }
-    RunningObjects& objects = runningObjects();
-    const std::lock_guard lock(objects.mutex);
-    const bool again = objects.find(clsid) != objects.byCookie.end();
-    *cookie = objects.add({clsid, ComPtr<IUnknown>::borrow(object)});
-    return again ? MK_S_MONIKERALREADYREGISTERED : S_OK;
+    return platform::answer([&] {
+        RunningObjects& objects = runningObjects();
+        const std::lock_guard lock(objects.mutex);
+        const bool again = objects.find(clsid) != objects.byCookie.end();
+        *cookie = objects.add({clsid, ComPtr<IUnknown>::borrow(object)});
+        return again ? MK_S_MONIKERALREADYREGISTERED : S_OK;
+    });
 }
 
 HRESULT RevokeActiveObject(DWORD cookie, void*) { return runningObjects().revoke(cookie); }

@@ -1,22 +1,17 @@
 // What the calls of storages and streams share: failures without exceptions, modes, STATSTG.
 #pragma once
 
+#include "platform/answer.h"
 #include "platform/portable/hresults.h"
 #include "platform/portable/persistence.h"
 #include "platform/text.h"
-
-#include <new>
 
 namespace platform {
 
 // What `call` answers; STG_E_INSUFFICIENTMEMORY when memory runs out in it.
 template <class Call>
 HRESULT withoutRaising(Call&& call) {
-    try {
-        return call();
-    } catch (const std::bad_alloc&) {
-        return STG_E_INSUFFICIENTMEMORY;
-    }
+    return answer(call, STG_E_INSUFFICIENTMEMORY);
 }
 
 inline bool canRead(DWORD mode) { return (mode & 3) != STGM_WRITE; }

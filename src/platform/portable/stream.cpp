@@ -177,7 +177,7 @@ extern "C" HRESULT CreateStreamOnHGlobal(HGLOBAL memory, BOOL, IStream** stream)
     if (!stream) return E_INVALIDARG;
     *stream = nullptr;
     if (memory) return E_INVALIDARG;
-    return platform::withoutRaising([&] {
+    return platform::answer([&] {
         *stream = platform::makeStream(std::make_shared<platform::StreamEntry>(), {},
                                        STGM_READWRITE, std::make_shared<platform::Lifetime>())
                       .detach();

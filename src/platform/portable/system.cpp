@@ -1,6 +1,7 @@
 // Once-only initialisation, the last error, code pages and blocks of the system's memory.
 #include "platform/portable/system.h"
 
+#include "platform/answer.h"
 #include "platform/text.h"
 
 #include <chrono>
@@ -74,7 +75,14 @@ int convert(UINT codePage, bool strict, const In* text, int size, Out* buffer, i
     if (strict && !isWellFormed(view)) {
         return fail(ERROR_NO_UNICODE_TRANSLATION, 0);
     }
-    const std::basic_string<Out> result = platform::transcode<Out>(view);
+    std::basic_string<Out> result;
+    const HRESULT made = platform::answer([&] {
+        result = platform::transcode<Out>(view);
+        return S_OK;
+    });
+    if (FAILED(made)) {
+        return fail(ERROR_NOT_ENOUGH_MEMORY, 0);
+    }
     if (bufferSize == 0) {
         return static_cast<int>(result.size());
     }

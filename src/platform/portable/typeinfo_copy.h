@@ -1,6 +1,7 @@
 // Deep copies of type descriptions: each owns all that it points to.
 #pragma once
 
+#include "platform/answer.h"
 #include "platform/portable/typeinfo.h"
 #include "platform/text.h"
 
@@ -53,9 +54,11 @@ extern std::atomic<int> descriptionsOut;
 // A copy for a caller, to come back through takeBack.
 template <class Desc>
 HRESULT handOut(const Desc& from, Desc** result) {
-    *result = new OwnedDesc<Desc>(from);
-    ++descriptionsOut;
-    return S_OK;
+    return answer([&] {
+        *result = new OwnedDesc<Desc>(from);
+        ++descriptionsOut;
+        return S_OK;
+    });
 }
 
 template <class Desc>

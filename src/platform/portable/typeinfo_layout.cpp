@@ -138,7 +138,7 @@ HRESULT TypeDescription::LayOut() {
         attr_.cbAlignment = static_cast<WORD>(extent.alignment);
         return S_OK;
     }
-    return layOutMethods();
+    return answer([&] { return layOutMethods(); });
 }
 
 } // namespace platform

@@ -8,10 +8,28 @@
 
 namespace platform {
 
-void giveBstr(const OptionalText& text, BSTR* result) {
-    if (result) {
-        *result = text ? makeBstr(*text).detach() : nullptr;
-    }
+HRESULT Documentation::give(BSTR* nameOut, BSTR* docOut, DWORD* contextOut, BSTR* fileOut) const {
+    return answer([&] {
+        const auto make = [](const OptionalText& text, BSTR* wanted) {
+            return text && wanted ? makeBstr(*text) : ScopedBstr();
+        };
+        ScopedBstr madeName = make(name, nameOut);
+        ScopedBstr madeDoc = make(doc, docOut);
+        ScopedBstr madeFile = make(helpFile, fileOut);
+        if (nameOut) {
+            *nameOut = madeName.detach();
+        }
+        if (docOut) {
+            *docOut = madeDoc.detach();
+        }
+        if (fileOut) {
+            *fileOut = madeFile.detach();
+        }
+        if (contextOut) {
+            *contextOut = helpContext;
+        }
+        return S_OK;
+    });
 }
 
 namespace {
@@ -139,15 +157,11 @@ HRESULT TypeLibrary::GetDocumentation(INT index, BSTR* name, BSTR* docString, DW
                          MEMBERID_NIL, name, docString, helpContext, helpFile)
                    : TYPE_E_ELEMENTNOTFOUND;
     }
-    return answer([&] {
-        giveBstr(name_, name);
-        giveBstr(doc_, docString);
-        giveBstr(helpFile_, helpFile);
-        if (helpContext) {
-            *helpContext = helpContext_;
-        }
-        return index == -1 ? S_OK : TYPE_E_ELEMENTNOTFOUND;
-    });
+    if (index != -1) {
+        return TYPE_E_ELEMENTNOTFOUND;
+    }
+    return Documentation{name_, doc_, helpContext_, helpFile_}.give(name, docString, helpContext,
+                                                                    helpFile);
 }
 
 HRESULT TypeLibrary::IsName(LPOLESTR name, ULONG, BOOL* isName) {

@@ -208,28 +208,24 @@ HRESULT TypeDescription::GetIDsOfNames(LPOLESTR* names, UINT count, MEMBERID* me
 
 HRESULT TypeDescription::GetDocumentation(MEMBERID memid, BSTR* name, BSTR* docString,
                                           DWORD* helpContext, BSTR* helpFile) {
-    const auto give = [&](const OptionalText& ownName, const OptionalText& doc, DWORD context) {
-        giveBstr(ownName, name);
-        giveBstr(doc, docString);
-        giveBstr(library_.helpFile(), helpFile);
-        if (helpContext) {
-            *helpContext = context;
+    return answer([&] {
+        HRESULT hr = TYPE_E_ELEMENTNOTFOUND;
+        const auto give = [&](const OptionalText& own, const OptionalText& doc, DWORD context) {
+            hr = Documentation{own, doc, context, library_.helpFile()}.give(name, docString,
+                                                                            helpContext, helpFile);
+        };
+        if (memid == MEMBERID_NIL) {
+            give(name_, doc_, helpContext_);
+            return hr;
         }
-    };
-    if (memid == MEMBERID_NIL) {
-        give(name_, doc_, helpContext_);
-        return S_OK;
-    }
-    const bool found = useMember(memid, [&](const auto& member) {
-        give(member.names.empty() ? OptionalText() : OptionalText(member.names.front()), member.doc,
-             member.helpContext);
+        const bool found = useMember(memid, [&](const auto& member) {
+            give(member.names.empty() ? OptionalText() : OptionalText(member.names.front()),
+                 member.doc, member.helpContext);
+        });
+        const ComPtr<ITypeInfo> extended = found ? ComPtr<ITypeInfo>() : base();
+        return extended ? extended->GetDocumentation(memid, name, docString, helpContext, helpFile)
+                        : hr;
     });
-    if (found) {
-        return S_OK;
-    }
-    const ComPtr<ITypeInfo> extended = base();
-    return extended ? extended->GetDocumentation(memid, name, docString, helpContext, helpFile)
-                    : TYPE_E_ELEMENTNOTFOUND;
 }
 
 HRESULT TypeDescription::GetRefTypeInfo(HREFTYPE refType, ITypeInfo** typeInfo) {

@@ -14,8 +14,16 @@ class TypeLibrary;
 // A text that may never have been set, in which case a caller gets a null BSTR.
 using OptionalText = std::optional<OleString>;
 
-// Gives a new BSTR to an out-parameter that may be null. Raises std::bad_alloc.
-void giveBstr(const OptionalText& text, BSTR* result);
+// What GetDocumentation gives, of a library, a type or a member.
+struct Documentation {
+    const OptionalText& name;
+    const OptionalText& doc;
+    DWORD helpContext;
+    const OptionalText& helpFile;
+
+    // Fills the out-parameters, which may be null: all of them or, without memory, none.
+    HRESULT give(BSTR* nameOut, BSTR* docOut, DWORD* contextOut, BSTR* fileOut) const;
+};
 
 // Owned by its library; a reference to the type is one to the library.
 class TypeDescription final : public ICreateTypeInfo, public ITypeInfo {

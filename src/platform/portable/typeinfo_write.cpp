@@ -1,4 +1,5 @@
 // The writing side of a type: ICreateTypeInfo, but for LayOut.
+#include "platform/answer.h"
 #include "platform/fold_case.h"
 #include "platform/portable/typeinfo_library.h"
 
@@ -40,19 +41,29 @@ bool takesVariable(TYPEKIND type, VARKIND variable) {
     }
 }
 
+// What `call` answers, which refuses what cannot be copied.
+template <class Call>
+HRESULT answerCopy(Call call) {
+    return answer([&] {
+        try {
+            return call();
+        } catch (const std::invalid_argument&) {
+            return E_INVALIDARG;
+        }
+    });
+}
+
 // Copies a description to its place among its like, refusing what cannot be copied.
 template <class Members, class Desc>
 HRESULT insertCopy(Members& members, UINT index, Desc& desc) {
     if (index > members.size()) {
         return TYPE_E_ELEMENTNOTFOUND;
     }
-    try {
+    return answerCopy([&] {
         typename Members::value_type member(desc);
         members.insert(members.begin() + index, std::move(member));
-    } catch (const std::invalid_argument&) {
-        return E_INVALIDARG;
-    }
-    return S_OK;
+        return S_OK;
+    });
 }
 
 // Sets a field of the member at index.
@@ -61,8 +72,10 @@ HRESULT setField(Members& members, UINT index, Set set) {
     if (index >= members.size()) {
         return TYPE_E_ELEMENTNOTFOUND;
     }
-    set(members[index]);
-    return S_OK;
+    return answer([&] {
+        set(members[index]);
+        return S_OK;
+    });
 }
 
 bool isPut(INVOKEKIND invkind) {
@@ -85,8 +98,10 @@ HRESULT TypeDescription::SetTypeFlags(UINT flags) {
 }
 
 HRESULT TypeDescription::SetDocString(LPOLESTR text) {
-    doc_ = optionalText(text);
-    return S_OK;
+    return answer([&] {
+        doc_ = optionalText(text);
+        return S_OK;
+    });
 }
 
 HRESULT TypeDescription::SetHelpContext(DWORD helpContext) {
@@ -104,8 +119,10 @@ HRESULT TypeDescription::AddRefTypeInfo(ITypeInfo* typeInfo, HREFTYPE* refType) 
     if (!typeInfo || !refType) {
         return E_INVALIDARG;
     }
-    *refType = library_.addReference(typeInfo);
-    return S_OK;
+    return answer([&] {
+        *refType = library_.addReference(typeInfo);
+        return S_OK;
+    });
 }
 
 HRESULT TypeDescription::AddFuncDesc(UINT index, FUNCDESC* funcDesc) {
@@ -156,8 +173,10 @@ HRESULT TypeDescription::AddImplType(UINT index, HREFTYPE refType) {
             ancestor = std::move(further);
         }
     }
-    implemented_.insert(implemented_.begin() + index, {refType, 0});
-    return S_OK;
+    return answer([&] {
+        implemented_.insert(implemented_.begin() + index, {refType, 0});
+        return S_OK;
+    });
 }
 
 HRESULT TypeDescription::SetImplTypeFlags(UINT index, INT flags) {
@@ -207,8 +226,10 @@ HRESULT TypeDescription::SetFuncAndParamNames(UINT index, LPOLESTR* names, UINT 
     if (!namesAgree(index, names[0])) {
         return TYPE_E_AMBIGUOUSNAME;
     }
-    function.names.assign(names, names + count);
-    return S_OK;
+    return answer([&] {
+        function.names = std::vector<OleString>(names, names + count);
+        return S_OK;
+    });
 }
 
 HRESULT TypeDescription::SetVarName(UINT index, LPOLESTR name) {
@@ -225,12 +246,10 @@ HRESULT TypeDescription::SetTypeDescAlias(TYPEDESC* alias) {
     if (kind() != TKIND_ALIAS) {
         return TYPE_E_BADMODULEKIND;
     }
-    try {
+    return answerCopy([&] {
         attr_.tdescAlias = aliasMemory_.copyType(*alias);
-    } catch (const std::invalid_argument&) {
-        return E_INVALIDARG;
-    }
-    return S_OK;
+        return S_OK;
+    });
 }
 
 HRESULT TypeDescription::SetFuncDocString(UINT index, LPOLESTR text) {

@@ -1,4 +1,5 @@
 // Conversion of VARIANTs between all automation types.
+#include "platform/answer.h"
 #include "platform/holders.h"
 #include "platform/portable/bstr.h"
 #include "platform/portable/date_text.h"
@@ -162,7 +163,7 @@ HRESULT VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, L
     VARIANT value;
     if (FAILED(viewThroughReference(*source, value))) return DISP_E_TYPEMISMATCH;
     if (storageOf(value.vt) == VariantStorage::invalid) return DISP_E_BADVARTYPE;
-    try {
+    return platform::answer([&] {
         VARIANT target{};
         HRESULT result = convert(value, locale, flags, vt, target);
         if (FAILED(result)) return result;
@@ -173,9 +174,7 @@ HRESULT VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, L
         }
         *destination = target;
         return S_OK;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    }
+    });
 }
 
 HRESULT VariantChangeType(VARIANTARG* destination, const VARIANTARG* source, USHORT flags,
