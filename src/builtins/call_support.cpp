@@ -21,6 +21,11 @@ hos::HOSInterfacePtr liveObject(const hos::HOSValue* inputs) {
     return recordOf(object) ? object : hos::HOSInterfacePtr();
 }
 
+ServerPtr<IDispatch> serverOf(const hos::HOSInterfacePtr& object) {
+    const COMInstanceRecord* record = recordOf(object);
+    return ServerPtr<IDispatch>::borrow(record ? record->dispatch : nullptr);
+}
+
 std::optional<std::string> scalarText(const hxArray* array) {
     std::u16string text;
     if (!hoststring::getScalarText(array, text, true)) return std::nullopt;

@@ -1,6 +1,7 @@
 // What running built-in methods share: their object, their text, their output.
 #pragma once
 
+#include "comruntime/server_call.h"
 #include "host/array.h"
 #include "host/interface.h"
 #include "host/value.h"
@@ -19,6 +20,10 @@ hos::HOSInterfacePtr firstObject(const hos::HOSValue* inputs);
 // The same for an object that must be alive; null when it has no instance record. Raises
 // "VELMAR:class:InvalidHandle".
 hos::HOSInterfacePtr liveObject(const hos::HOSValue* inputs);
+
+// The server of an object, held, since what it calls back may end the object; null when it has
+// none.
+ServerPtr<IDispatch> serverOf(const hos::HOSInterfacePtr& object);
 
 // The text of a char row or a string that isn't missing, as narrow text; none for anything else.
 std::optional<std::string> scalarText(const hxArray* array);

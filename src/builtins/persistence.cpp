@@ -142,7 +142,7 @@ void saveOrLoad(const hos::HOSValue* inputs, bool isLoad) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
     HRESULT status = S_OK;
-    persistObject(recordOf(object)->dispatch, hsys::i18n::to_wstring(*inputs[1].text()), &status,
+    persistObject(serverOf(object).get(), hsys::i18n::to_wstring(*inputs[1].text()), &status,
                   isLoad);
     if (status != S_OK) hmsgcore::raise(VELMAR::COM::serializationerror());
 }

@@ -46,11 +46,11 @@ void COMPropeditMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::H
                                    std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
-    const auto server =
-        queryServer<ISpecifyPropertyPages>(recordOf(object)->dispatch, IID_ISpecifyPropertyPages);
-    if (!server) return hxWarningMsgId(VELMAR::COM::noPropPage());
+    const auto server = serverOf(object);
+    const auto paged = queryServer<ISpecifyPropertyPages>(server.get(), IID_ISpecifyPropertyPages);
+    if (!paged) return hxWarningMsgId(VELMAR::COM::noPropPage());
     PageList pages;
-    if (askServer([&] { return server->GetPages(&pages); }) != S_OK)
+    if (askServer([&] { return paged->GetPages(&pages); }) != S_OK)
         hxWarningMsgId(VELMAR::COM::propPageError());
     else if (pages.cElems == 0)
         hxWarningMsgId(VELMAR::COM::noPropPage());
@@ -58,8 +58,7 @@ void COMPropeditMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::H
 
 void COMInterfacesMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
                                      hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
-    const COMInstanceRecord* record = recordOf(firstObject(inputs));
-    const auto names = coclassInterfaceNames(record ? record->dispatch : nullptr);
+    const auto names = coclassInterfaceNames(serverOf(firstObject(inputs)).get());
     harray::unique_array cell(hxCreateCellMatrix(names.size(), 1));
     for (std::size_t i = 0; i < names.size(); ++i)
         hxSetCell(cell.get(), i, hxCreateString(names[i].c_str()));

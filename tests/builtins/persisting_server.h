@@ -27,15 +27,22 @@ class PersistingServer : public Served<PersistingServer>,
         std::map<std::string, HRESULT> results; // of calls by name; S_OK for the rest
         std::function<void(IStorage*)> withStorage;
         std::function<void(IStream*)> withStream;
-        std::string calls; // their names in order, each with a blank
+        std::function<void()> whenAsked; // once, for an interface or type information
+        std::string calls;               // their names in order, each with a blank
     };
     static inline Script script;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (iid != IID_IDispatch && iid != IID_IUnknown && script.whenAsked)
+            std::exchange(script.whenAsked, {})();
         if (SUCCEEDED(script.refusal) || iid == IID_IDispatch || iid == IID_IUnknown)
             return DispatchObject::QueryInterface(iid, object);
         *object = nullptr;
         return script.refusal;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override {
+        if (script.whenAsked) std::exchange(script.whenAsked, {})();
+        return DispatchObject::GetTypeInfo(index, lcid, info);
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return DispatchObject::AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return DispatchObject::Release(); }

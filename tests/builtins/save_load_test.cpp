@@ -321,6 +321,24 @@ TEST_F(Persisting, FindsWhatItKeepsBeyondTheCallTakenBack) {
     EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
 }
 
+TEST_F(Persisting, IsHeldWhileItIsAskedThoughItsObjectEnds) {
+    const Array path = text(folder.narrowPath("a.bin"));
+    const std::pair<const char*, std::vector<const hxArray*>> rows[] = {
+        {"save", {path.get()}}, {"load", {path.get()}}, {"propedit", {}}, {"interfaces", {}}};
+    for (const auto& [member, inputs] : rows) {
+        h = startRegistered("Test.Persisting");
+        int alive = 0;
+        script.whenAsked = [&] {
+            alive = kit::liveObjects();
+            ask(0, h, "delete");
+            EXPECT_EQ(kit::liveObjects(), alive) << member;
+        };
+        warnings([&, name = member, inputs = inputs] { call(h, name, 0, inputs); });
+        EXPECT_TRUE(isDeleted(h)) << member;
+        EXPECT_EQ(kit::liveObjects(), alive - 1) << member;
+    }
+}
+
 TEST_F(Persisting, OfADeletedObjectIsRefused) {
     ask(0, h, "delete");
     EXPECT_EQ(save(h), invalidHandle);
