@@ -14,8 +14,8 @@ struct COMInstanceRecord {
     // While a listener is connected: a CAXSink and the IConnectionPoint that it is advised at.
     IDispatch* sink = nullptr;
     IUnknown* connectionPoint = nullptr;
-    ObjectLinks parents;  // objects that this one was returned from
-    ObjectLinks children; // objects returned from this one
+    ParentLinks parents; // objects that this one was returned from
+    ChildLinks children; // objects returned from this one
 };
 
 // Lets go of the sink, the server, the links and the connection point, in this order.

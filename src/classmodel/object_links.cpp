@@ -1,40 +1,41 @@
-// Links are sought by their keys, and swept when half of them have gone.
+// Links are sought by their keys, and swept when there are twice as many as had been left.
 #include "classmodel/object_links.h"
 
 #include <algorithm>
 
 namespace axlink2 {
+namespace {
 
-LinkKey ObjectLinks::add(const hos::HOSInterfacePtr& object) {
-    // Objects are linked on the interpreter's thread alone.
-    static LinkKey lastKey = 0;
-    add(object, ++lastKey);
-    return lastKey;
+// Objects are linked on the interpreter's thread alone.
+LinkKey nextKey() noexcept {
+    static LinkKey last = 0;
+    return ++last;
 }
 
-void ObjectLinks::add(const hos::HOSInterfacePtr& object, LinkKey key) {
-    if (links_.size() == links_.capacity()) {
+} // namespace
+
+LinkKey ChildLinks::add(const hos::HOSInterfacePtr& object) {
+    if (links_.size() >= sweepAt_) {
         // Objects that have ended leave their links behind.
-        sweep();
-        links_.reserve(std::max<std::size_t>(1, 2 * links_.size()));
+        std::erase_if(links_, [](const auto& link) { return !link.second; });
+        sweepAt_ = std::max(sweepAt_, 2 * links_.size());
     }
-    links_.push_back({key, hos::HOSInterfacePtr(object, hos::HOSReferenceType::Weak)});
+    const LinkKey key = nextKey();
+    links_.try_emplace(links_.end(), key, object, hos::HOSReferenceType::Weak);
+    return key;
 }
 
-void ObjectLinks::erase(LinkKey key) {
-    const auto found = std::ranges::lower_bound(links_, key, {}, &ObjectLink::key);
-    if (found == links_.end() || found->key != key) return;
-    if (found + 1 == links_.end()) {
-        links_.pop_back();
-        return;
+void ChildLinks::take(ChildLinks&& others) noexcept {
+    while (!others.links_.empty()) {
+        auto link = others.links_.extract(others.links_.begin());
+        link.key() = nextKey();
+        links_.insert(links_.end(), std::move(link));
     }
-    found->object = {};
-    if (++erased_ > links_.size() / 2) sweep();
 }
 
-void ObjectLinks::sweep() {
-    std::erase_if(links_, [](const ObjectLink& link) { return !link.object; });
-    erased_ = 0;
+std::pair<LinkKey, hos::HOSInterfacePtr> ChildLinks::takeFirst() {
+    auto link = links_.extract(links_.begin());
+    return {link.key(), std::move(link.mapped())};
 }
 
 } // namespace axlink2

@@ -14,6 +14,8 @@ class Node : public Served<Node> {
   public:
     static constexpr const char* className = "TreeNode";
     static void declare(Builder& builder) { builder.method("Child", &Node::child); }
+    static inline std::vector<const void*> ended; // in that order
+    ~Node() override { ended.push_back(static_cast<IDispatch*>(this)); }
     platform::ComPtr<IDispatch> child() { return kit::createDispatch<Node>(); }
 };
 
@@ -43,7 +45,7 @@ struct ObjectTree : ServerTest {
             if (link.object) result += " " + nameOf(link.object);
         result += " >";
         for (const auto& link : record(name).children)
-            if (link.object) result += " " + nameOf(link.object);
+            if (link.second) result += " " + nameOf(link.second);
         return result;
     }
     std::string alive() {
@@ -70,6 +72,24 @@ TEST_F(ObjectTree, EndingAnObjectTakesItOut) {
     EXPECT_EQ(alive(), "a abc abd ae ");
 }
 
+TEST_F(ObjectTree, EveryParentGetsTheChildrenOfOneThatEnds) {
+    linkToOwner(handle(nodes.at("ab")), handle(nodes.at("ae")));
+    EXPECT_EQ(linksOf("ab"), "< a ae > abc abd");
+    destroy(nodes.at("ab"));
+    EXPECT_EQ(linksOf("a"), "< > ae abc abd");
+    EXPECT_EQ(linksOf("ae"), "< a > abc abd");
+}
+
+TEST_F(ObjectTree, EndsChildrenThenParentsThenWhatTheyHungOn) {
+    std::vector<const void*> expected;
+    for (const char* name : {"abc", "abd", "ae", "a"})
+        expected.push_back(record(name).dispatch);
+    Node::ended.clear();
+    deleteTree(record("ab"), hos::HOSGetPublicClient());
+    EXPECT_EQ(alive(), "ab ");
+    EXPECT_EQ(Node::ended, expected);
+}
+
 TEST_F(ObjectTree, KeepsTheOrderOfManyWhileSomeLeave) {
     std::vector<Array> children;
     std::vector<COMInstanceRecord*> expected;
@@ -83,14 +103,14 @@ TEST_F(ObjectTree, KeepsTheOrderOfManyWhileSomeLeave) {
         expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(leaving));
     }
     std::vector<COMInstanceRecord*> linked;
-    for (const ObjectLink& link : ServerTest::record(owner).children)
-        if (link.object) linked.push_back(recordOf(link.object));
+    for (const auto& link : ServerTest::record(owner).children)
+        if (link.second) linked.push_back(recordOf(link.second));
     EXPECT_EQ(linked, expected);
 }
 
 TEST_F(ObjectTree, PassesOverLinksThatLeadNowhere) {
     record("ab").children.add({});
-    record("ab").parents.add({});
+    record("ab").parents.push_back({});
     record("a").children.clear();  // the parent doesn't know its child
     record("abd").parents.clear(); // so that it stays among the children when it has gone
     nodes.erase("abd");
@@ -98,7 +118,7 @@ TEST_F(ObjectTree, PassesOverLinksThatLeadNowhere) {
     detachFromTree(record("ab"));
     EXPECT_EQ(linksOf("a"), "< > abc");
 
-    record("ae").parents.add({});
+    record("ae").parents.push_back({});
     record("ae").children.add({});
     deleteTree(record("ae"), hos::HOSGetPublicClient());
     EXPECT_EQ(linksOf("ae"), "< >");

@@ -131,7 +131,7 @@ TEST_F(CallByName, DeliversOneOutput) {
 
 TEST_F(CallByName, AnInterfaceBelongsToTheObjectsTree) {
     const Array self = named("Self", DISPATCH_METHOD);
-    EXPECT_EQ(recordOf(record(object).children[0].object), &record(self));
+    EXPECT_EQ(recordOf(record(object).children.begin()->second), &record(self));
 }
 
 TEST_F(CallByName, ReportsWhatFails) {
