@@ -5,14 +5,29 @@
 #include "comruntime/system_message.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
+#include "platform/floating_point.h"
 
 namespace axlink2 {
+namespace {
+
+// What a library that is loaded, or a server that starts, may leave changed for the whole process.
+class ProcessState {
+  public:
+    ProcessState() = default;
+    ~ProcessState() { platform::rearmGuards(); }
+
+  private:
+    const platform::FloatingPointState floatingPoint_;
+};
+
+} // namespace
 
 HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleString machine) {
     COSERVERINFO serverInfo{};
     serverInfo.pwszName = machine.empty() ? nullptr : machine.data();
     MULTI_QI query{};
     query.pIID = &IID_IUnknown;
+    const ProcessState kept;
     const HRESULT hr = askServer([&] {
         return CoCreateInstanceEx(clsid, nullptr,
                                   CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
@@ -28,7 +43,10 @@ HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleS
 
 void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
                           const platform::OleString& machine) {
-    const HRESULT hr = createServerDispatch(clsid, dispatchSlot, machine);
+    HRESULT hr = createServerDispatch(clsid, dispatchSlot, machine);
+    // A server may have left the thread's apartment once more than it had entered it.
+    if (hr == CO_E_NOTINITIALIZED && SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
+        hr = createServerDispatch(clsid, dispatchSlot, machine);
     if (FAILED(hr)) raiseServerCreationFailed(hr);
 }
 

@@ -10,8 +10,8 @@ namespace axlink2 {
 // success `*out` holds one reference that is the caller's.
 HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleString machine);
 
-// The same into the `dispatch` of an object's record; a failure raises
-// "VELMAR:COM:servercreationfailed".
+// The same into the `dispatch` of an object's record, on a thread that is brought back into its
+// apartment where it has left it; a failure raises "VELMAR:COM:servercreationfailed".
 void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
                           const platform::OleString& machine);
 

@@ -32,6 +32,10 @@ Fault guarded(F f) {
     return callGuarded([](void* context) { static_cast<void>((*static_cast<F*>(context))()); }, &f);
 }
 
+// Puts the guard back where foreign code has taken its place for the whole process: a library that
+// was loaded, a server that was started. Handlers that it finds there get what it passes on.
+void rearmGuards();
+
 // While it lives, the thread's faults are nobody else's: the guarded calls around it have come back
 // to code of the program itself, and a fault there ends the program as it would without them.
 class UnguardedRegion {

@@ -206,27 +206,30 @@ TEST_F(ActXServer, StartsServersInAnyContext) {
     }
 }
 
-// The first server of a class makes the thread an apartment, once, unless it is of the other kind.
+// Starting a server makes the thread an apartment, once, unless it is of the other kind.
 TEST_F(ActXServerStarted, LeavesAThreadInOneApartment) {
     constexpr DWORD none = ~DWORD{0};
     struct Row {
+        const char* progId;
         DWORD before;
         HRESULT after; // of a further initialisation
     };
-    const Row rows[] = {{none, S_FALSE},
-                        {COINIT_APARTMENTTHREADED, S_FALSE},
-                        {COINIT_MULTITHREADED, RPC_E_CHANGED_MODE}};
-    for (const auto& [before, after] : rows) {
-        const std::string progId = "Test.Thread" + std::to_string(&after - &rows[0].after);
-        kit::registerProgId(progId, PlainServer::clsid());
-        std::thread([&, before = before, after = after] {
-            if (before != none) CoInitializeEx(nullptr, before);
-            const std::string identifier = failure(1, progId);
-            if (FAILED(after)) {
+    const Row rows[] = {{"Test.Thread1", none, S_FALSE},
+                        {"Test.Thread2", COINIT_APARTMENTTHREADED, S_FALSE},
+                        {"Test.Thread3", COINIT_MULTITHREADED, RPC_E_CHANGED_MODE},
+                        {"Test.Simple", none, S_FALSE},
+                        {"Test.Simple", COINIT_APARTMENTTHREADED, S_FALSE}};
+    EXPECT_TRUE(create(1, "Test.Simple")); // whose class is known from now on
+    for (const Row& row : rows) {
+        kit::registerProgId(row.progId, PlainServer::clsid());
+        std::thread([&] {
+            if (row.before != none) CoInitializeEx(nullptr, row.before);
+            const std::string identifier = failure(1, row.progId);
+            if (FAILED(row.after)) {
                 EXPECT_EQ(identifier, "VELMAR:COM:servercreationfailed");
             }
-            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), after);
-            if (SUCCEEDED(after)) CoUninitialize();
+            EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), row.after);
+            if (SUCCEEDED(row.after)) CoUninitialize();
             CoUninitialize();
             EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
             CoUninitialize();

@@ -14,10 +14,13 @@ namespace {
 using platform::ComPtr;
 
 struct RegisteredClass {
-    CLSID clsid{};
-    ComPtr<IUnknown> object;
-    DWORD context = 0;
-    bool singleUse = false;
+    RegisteredClass(REFCLSID clsid, ComPtr<IUnknown> object, DWORD context, bool singleUse)
+        : clsid(clsid), object(std::move(object)), context(context), singleUse(singleUse) {}
+
+    const CLSID clsid;
+    const ComPtr<IUnknown> object;
+    const DWORD context;
+    const bool singleUse;
 };
 
 using RegisteredClasses = platform::CookieTable<RegisteredClass>;
@@ -29,26 +32,44 @@ RegisteredClasses& registeredClasses() {
 
 using GetClassObjectFunction = HRESULT(REFCLSID, REFIID, void**);
 
-// The class object that the process itself offers, if any. One for single use goes away with it.
-ComPtr<IUnknown> findRegistered(REFCLSID clsid, DWORD context) {
+// The class that the process itself offers; null when there is none. One for single use is taken
+// from the table, where its cookie stays.
+std::shared_ptr<const RegisteredClass> findRegistered(REFCLSID clsid, DWORD context) {
     RegisteredClasses& classes = registeredClasses();
     const std::lock_guard lock(classes.mutex);
     for (auto& [cookie, entry] : classes.byCookie) {
-        if (entry.clsid == clsid && (entry.context & context) != 0 && entry.object.get()) {
-            return entry.singleUse ? std::move(entry.object) : entry.object;
+        if (entry && entry->clsid == clsid && (entry->context & context) != 0) {
+            return entry->singleUse ? std::move(entry) : entry;
         }
     }
-    return {};
+    return nullptr;
 }
 
+// The entry points of servers' libraries, by file.
+class EntryPoints {
+  public:
+    GetClassObjectFunction* find(const platform::OleString& file) {
+        const std::lock_guard lock(mutex_);
+        const auto known = byFile_.find(file);
+        return known == byFile_.end() ? nullptr : known->second;
+    }
+    void add(const platform::OleString& file, GetClassObjectFunction* function) {
+        const std::lock_guard lock(mutex_);
+        byFile_.emplace(file, function);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::map<platform::OleString, GetClassObjectFunction*> byFile_;
+};
+
 // The entry point of a server's library, which is then loaded for good: objects of it may outlive
-// whatever could be counted.
+// whatever could be counted. Loading runs code of the library, which may come back here, or end in
+// a fault, so that nothing is locked meanwhile.
 HRESULT findEntryPoint(const platform::OleString& file, GetClassObjectFunction** function) {
-    static std::mutex mutex;
-    static std::map<platform::OleString, GetClassObjectFunction*> loaded;
-    const std::lock_guard lock(mutex);
-    if (const auto known = loaded.find(file); known != loaded.end()) {
-        *function = known->second;
+    static EntryPoints& known = *new EntryPoints;
+    *function = known.find(file);
+    if (*function) {
         return S_OK;
     }
     platform::SharedLibrary library(platform::toNarrow(file));
@@ -59,7 +80,7 @@ HRESULT findEntryPoint(const platform::OleString& file, GetClassObjectFunction**
     if (!*function) {
         return CO_E_DLLNOTFOUND;
     }
-    loaded.emplace(file, *function);
+    known.add(file, *function);
     library.keep();
     return S_OK;
 }
@@ -95,8 +116,8 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, COSERVERINFO* server, RE
     if (const HRESULT hr = checkServer(server); FAILED(hr)) {
         return hr;
     }
-    if (const ComPtr<IUnknown> registered = findRegistered(clsid, context)) {
-        return registered->QueryInterface(iid, object);
+    if (const auto registered = findRegistered(clsid, context)) {
+        return registered->object->QueryInterface(iid, object);
     }
     if ((context & CLSCTX_INPROC_SERVER) == 0) {
         return REGDB_E_CLASSNOTREG;
@@ -166,9 +187,11 @@ HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* object, DWORD context, D
     }
     const bool singleUse = (flags & (REGCLS_MULTIPLEUSE | REGCLS_MULTI_SEPARATE)) == 0;
     return platform::answer([&] {
+        const auto entry = std::make_shared<RegisteredClass>(
+            clsid, ComPtr<IUnknown>::borrow(object), context, singleUse);
         RegisteredClasses& classes = registeredClasses();
         const std::lock_guard lock(classes.mutex);
-        *cookie = classes.add({clsid, ComPtr<IUnknown>::borrow(object), context, singleUse});
+        *cookie = classes.add(entry);
         return S_OK;
     });
 }

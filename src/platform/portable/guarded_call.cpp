@@ -11,6 +11,7 @@
 #include <sys/mman.h>
 #include <ucontext.h>
 #include <unistd.h>
+#include <utility>
 
 #ifdef __SANITIZE_ADDRESS__
 extern "C" void __asan_handle_no_return();
@@ -31,6 +32,7 @@ struct ThreadState {
     Frame* innermost;
     std::uintptr_t stackLow;
     bool prepared;
+    bool passingOn;
 };
 constinit thread_local ThreadState threadState [[gnu::tls_model("initial-exec")]] = {};
 
@@ -41,8 +43,21 @@ struct HandledSignal {
 std::array<HandledSignal, 4> handledSignals{
     {{SIGSEGV, {}}, {SIGBUS, {}}, {SIGFPE, {}}, {SIGILL, {}}}};
 
+void endOnRepetition(int number, bool sent) {
+    // The instruction runs again and faults again, this time for good.
+    signal(number, SIG_DFL);
+    if (sent) {
+        raise(number);
+    }
+}
+
 // Gives the signal to whoever handled it before, or lets it end the process as it would have.
 void passOn(int number, siginfo_t* info, void* context) {
+    // Whoever took the signal over from us, and had it taken back, passes it on to us again.
+    if (std::exchange(threadState.passingOn, true)) {
+        endOnRepetition(number, info->si_code <= 0);
+        return;
+    }
     for (const HandledSignal& handled : handledSignals) {
         if (handled.number != number) {
             continue;
@@ -52,15 +67,12 @@ void passOn(int number, siginfo_t* info, void* context) {
         if ((previous.sa_flags & SA_SIGINFO) != 0) {
             previous.sa_sigaction(number, info, context);
         } else if (previous.sa_handler == SIG_DFL || (previous.sa_handler == SIG_IGN && !sent)) {
-            // The instruction runs again and faults again, this time for good.
-            signal(number, SIG_DFL);
-            if (sent) {
-                raise(number);
-            }
+            endOnRepetition(number, sent);
         } else if (previous.sa_handler != SIG_IGN) {
             previous.sa_handler(number);
         }
     }
+    threadState.passingOn = false;
 }
 
 std::uintptr_t stackPointer(const void* context) {
@@ -117,6 +129,12 @@ void handle(int number, siginfo_t* info, void* context) {
 #ifdef __SANITIZE_ADDRESS__
     __asan_handle_no_return();
 #endif
+    // Another library's handler may have been called first and have passed the signal on to this
+    // one; while it runs the system holds the signal back, unless it was told not to.
+    sigset_t own;
+    sigemptyset(&own);
+    sigaddset(&own, number);
+    pthread_sigmask(SIG_UNBLOCK, &own, nullptr);
     siglongjmp(frame->resume, 1);
 }
 
@@ -150,14 +168,19 @@ class HandlerStack {
     stack_t previous_{};
 };
 
+// Where they aren't installed; what is there comes to be the one before.
 void installHandlers() {
     for (HandledSignal& handled : handledSignals) {
+        struct sigaction current {};
+        sigaction(handled.number, nullptr, &current);
+        if ((current.sa_flags & SA_SIGINFO) != 0 && current.sa_sigaction == handle) {
+            continue;
+        }
+        handled.previous = current;
         struct sigaction action {};
         action.sa_sigaction = handle;
         action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER;
         sigemptyset(&action.sa_mask);
-        // The previous handler must be known before the first fault can reach ours.
-        sigaction(handled.number, nullptr, &handled.previous);
         sigaction(handled.number, &action, nullptr);
     }
 }
@@ -207,6 +230,8 @@ Fault callGuarded(void (*function)(void*), void* context) {
     threadState.innermost = frame.outer;
     return {};
 }
+
+void rearmGuards() { installHandlers(); }
 
 UnguardedRegion::UnguardedRegion() : outer_(threadState.innermost) {
     threadState.innermost = nullptr;

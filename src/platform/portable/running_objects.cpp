@@ -12,14 +12,23 @@ namespace {
 using platform::ComPtr;
 
 struct RunningObject {
-    CLSID clsid{};
-    ComPtr<IUnknown> object;
+    RunningObject(REFCLSID clsid, ComPtr<IUnknown> object)
+        : clsid(clsid), object(std::move(object)) {}
+
+    const CLSID clsid;
+    const ComPtr<IUnknown> object;
 };
 
 struct RunningObjects : platform::CookieTable<RunningObject> {
     auto find(REFCLSID clsid) {
         return std::find_if(byCookie.begin(), byCookie.end(),
-                            [&](const auto& entry) { return entry.second.clsid == clsid; });
+                            [&](const auto& entry) { return entry.second->clsid == clsid; });
+    }
+    // The oldest one; null when there is none.
+    std::shared_ptr<const RunningObject> get(REFCLSID clsid) {
+        const std::lock_guard lock(mutex);
+        const auto found = find(clsid);
+        return found == byCookie.end() ? nullptr : found->second;
     }
 };
 
@@ -42,10 +51,11 @@ HRESULT RegisterActiveObject(IUnknown* object, REFCLSID clsid, DWORD flags, DWOR
         return CO_E_NOTINITIALIZED;
     }
     return platform::answer([&] {
+        const auto entry = std::make_shared<RunningObject>(clsid, ComPtr<IUnknown>::borrow(object));
         RunningObjects& objects = runningObjects();
         const std::lock_guard lock(objects.mutex);
         const bool again = objects.find(clsid) != objects.byCookie.end();
-        *cookie = objects.add({clsid, ComPtr<IUnknown>::borrow(object)});
+        *cookie = objects.add(entry);
         return again ? MK_S_MONIKERALREADYREGISTERED : S_OK;
     });
 }
@@ -60,14 +70,11 @@ HRESULT GetActiveObject(REFCLSID clsid, void*, IUnknown** object) {
     if (!platform::isComInitialized()) {
         return CO_E_NOTINITIALIZED;
     }
-    RunningObjects& objects = runningObjects();
-    const std::lock_guard lock(objects.mutex);
-    const auto found = objects.find(clsid);
-    if (found == objects.byCookie.end()) {
+    const std::shared_ptr<const RunningObject> found = runningObjects().get(clsid);
+    if (!found) {
         return MK_E_UNAVAILABLE;
     }
-    ComPtr<IUnknown> copy = found->second.object;
-    *object = copy.detach();
+    *object = ComPtr<IUnknown>(found->object).detach();
     return S_OK;
 }
 }

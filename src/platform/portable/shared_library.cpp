@@ -4,9 +4,16 @@
 #include <dlfcn.h>
 
 namespace platform {
+namespace {
+
+// Constructors of the library run in it, which may raise, though its declaration denies that: the
+// compiler must not know whom it calls.
+void* (*volatile openLibrary)(const char*, int) = dlopen;
+
+} // namespace
 
 void SharedLibrary::open(const std::filesystem::path& absolute) {
-    handle_.reset(dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL));
+    handle_.reset(openLibrary(absolute.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (!handle_) {
         const char* reason = dlerror();
         error_ = reason ? reason : absolute.string() + ": cannot be opened";

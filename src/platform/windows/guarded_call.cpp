@@ -108,6 +108,9 @@ Fault callGuarded(void (*function)(void*), void* context) {
     return call.fault;
 }
 
+// Frames of the stack guard, which nobody takes away.
+void rearmGuards() {}
+
 UnguardedRegion::UnguardedRegion() : outer_(InnermostRegion::get()) { InnermostRegion::set(this); }
 
 UnguardedRegion::~UnguardedRegion() { InnermostRegion::set(outer_); }
