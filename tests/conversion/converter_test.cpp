@@ -214,10 +214,10 @@ TEST_F(Converters, CarryTextAndWhatTravelsAsText) {
 TEST_F(Converters, GiveErrorsAsTheirText) {
     const std::string message = hsys::i18n::to_string(systemMessageText(DISP_E_PARAMNOTFOUND));
     EXPECT_FALSE(message.empty());
-    EXPECT_EQ(receivedText(VT_ERROR, variant(VT_ERROR, DISP_E_PARAMNOTFOUND).get()),
-              "ActiveX VT_ERROR: " + message);
-    LONG unknown = static_cast<LONG>(0x8BADF00D);
-    EXPECT_EQ(receivedText(VT_ERROR, reference(VT_ERROR, &unknown).get()), "ActiveX VT_ERROR: ");
+    SCODE code = DISP_E_PARAMNOTFOUND;
+    for (const VARIANT& v : {variant(VT_ERROR, code).get(), reference(VT_ERROR, &code).get()})
+        EXPECT_EQ(receivedText(VT_ERROR, v), "ActiveX VT_ERROR: " + message);
+    EXPECT_EQ(receivedText(VT_ERROR, variant(VT_ERROR, 0x8BADF00D).get()), "ActiveX VT_ERROR: ");
 }
 
 TEST_F(Converters, SendNoObjectForAnEmptyValueAndRefuseWhatIsNone) {
