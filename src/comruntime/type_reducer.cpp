@@ -66,7 +66,8 @@ std::optional<std::int32_t> constantValue(const VARDESC& variable) {
     if (variable.varkind != VAR_CONST || !variable.lpvarValue) return std::nullopt;
     if (variable.lpvarValue->vt == VT_I4) return variable.lpvarValue->lVal;
     platform::ScopedVariant value;
-    if (FAILED(VariantChangeType(value.put(), variable.lpvarValue, 0, VT_I4))) return std::nullopt;
+    if (FAILED(platform::changeVariant(*value.put(), *variable.lpvarValue, VT_I4)))
+        return std::nullopt;
     return value->lVal;
 }
 

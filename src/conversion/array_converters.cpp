@@ -44,17 +44,17 @@ void handOver(hos::HOSValue value, VARIANT* out) {
     if (isPlainArray(*instance->variant))
         *out = std::exchange(*instance->variant, VARIANT{});
     else
-        VariantCopy(out, instance->variant.get());
+        platform::copyVariant(*out, *instance->variant);
 }
 
 // What is no array goes on as it stands; a reference leads to `backing`, from where what the server
 // puts there is read.
 void passOnOther(const VARIANT& held, VARIANT* out, VARIANT* backing) {
     if (!(held.vt & VT_BYREF)) {
-        VariantCopy(out, &held);
+        platform::copyVariant(*out, held);
         return;
     }
-    VariantCopyInd(backing, const_cast<VARIANT*>(&held));
+    platform::copyReferred(*backing, held);
     makeByRefVariant(out, backing);
 }
 
@@ -87,7 +87,7 @@ hos::HOSValue ArgInstanceConverter::fromVariant(const VARIANT& v) {
 hos::HOSValue ArgInstanceConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr&,
                                                    const char*) {
     // What a reference leads to may be gone when the value is read.
-    if (v.vt & VT_BYREF) VariantCopyInd(&v, &v);
+    if (v.vt & VT_BYREF) platform::copyReferred(v, v);
     auto* instance = new COMVariantInstance();
     *instance->variant = std::exchange(v, VARIANT{});
     return hos::HOSValue::ofPointer(instance);
@@ -101,7 +101,7 @@ void ArgVariantConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT* 
                                     bool byRef) {
     if (!byRef) return handOver(value, out);
     handOver(value, backing);
-    if (backing->vt & VT_BYREF) VariantCopyInd(backing, backing);
+    if (backing->vt & VT_BYREF) platform::copyReferred(*backing, *backing);
     if (!isBlank(*backing)) return makeByRefVariant(out, backing);
     // What stands for a missing argument arrives as a whole: servers behind a type library take no
     // reference into it.

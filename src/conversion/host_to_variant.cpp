@@ -2,6 +2,7 @@
 #include "conversion/host_to_variant.h"
 
 #include "classmodel/class_description.h"
+#include "comruntime/server_call.h"
 #include "conversion/com_text.h"
 #include "conversion/host_classes.h"
 #include "host/axlink.h"
@@ -124,9 +125,8 @@ void convertCell(const Request& request) {
 void convertHandle(const Request& request) {
     IDispatch* const server = passedServerOf(request.value);
     if (!server) return;
-    server->AddRef();
+    request.target.pdispVal = ServerPtr<IDispatch>::borrow(server).detach();
     request.target.vt = VT_DISPATCH;
-    request.target.pdispVal = server;
 }
 
 // Neither objects nor strings have a by-reference form.

@@ -3,6 +3,7 @@
 
 #include "classmodel/class_description.h"
 #include "classmodel/instance_record.h"
+#include "comruntime/server_call.h"
 #include "conversion/variant_to_host.h"
 #include "conversion/wrapped_interface.h"
 #include "host/object_array.h"
@@ -31,7 +32,7 @@ hos::HOSValue ArgInterfaceConverter::fromVariant(const VARIANT&) { return hos::H
 
 hos::HOSValue ArgInterfaceConverter::fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                                     const char* memberName) {
-    if ((v.vt & VT_BYREF) && (!v.byref || FAILED(VariantCopyInd(&v, &v)))) return {};
+    if ((v.vt & VT_BYREF) && (!v.byref || FAILED(platform::copyReferred(v, v)))) return {};
     // Whatever the server declared: only this is known to be an interface.
     if (v.vt != VT_DISPATCH && v.vt != VT_UNKNOWN && v.vt != VT_PTR)
         return vartype == VT_PTR ? anyValue(v, owner) : hos::HOSValue();
@@ -48,7 +49,8 @@ void ArgInterfaceConverter::toVariant(hos::HOSValue value, VARIANT* out, VARIANT
 }
 
 void ArgInterfaceConverter::retainForPut(VARIANT* v) {
-    if ((v->vt == VT_DISPATCH || v->vt == VT_UNKNOWN) && v->punkVal) v->punkVal->AddRef();
+    if (v->vt == VT_DISPATCH || v->vt == VT_UNKNOWN)
+        (void)ServerPtr<IUnknown>::borrow(v->punkVal).detach();
 }
 
 } // namespace axlink2

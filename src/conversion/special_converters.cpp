@@ -12,7 +12,7 @@ hos::HOSValue ArgEnumConverter::fromVariant(const VARIANT& v) {
     if (v.vt == VT_I4) return hos::HOSValue::ofInteger(v.lVal);
     platform::ScopedVariant changed;
     // What can't be changed gives its 32 bits as they are.
-    const HRESULT hr = VariantChangeType(changed.put(), const_cast<VARIANT*>(&v), 0, VT_I4);
+    const HRESULT hr = platform::changeVariant(*changed.put(), v, VT_I4);
     return hos::HOSValue::ofInteger(SUCCEEDED(hr) ? changed->lVal : v.lVal);
 }
 

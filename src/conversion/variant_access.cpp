@@ -8,8 +8,8 @@ namespace axlink2 {
 void ReadAs::change(const VARIANT& v, VARTYPE target) {
     platform::ScopedVariant source;
     platform::ScopedVariant result;
-    HRESULT hr = VariantCopy(source.put(), &v);
-    if (SUCCEEDED(hr)) hr = VariantChangeType(result.put(), source.inOut(), 0, target);
+    HRESULT hr = platform::copyVariant(*source.put(), v);
+    if (SUCCEEDED(hr)) hr = platform::changeVariant(*result.put(), source.get(), target);
     if (FAILED(hr)) _com_issue_error(hr);
     copy_ = result.detach();
     value_ = &copy_;

@@ -1,7 +1,7 @@
 // Reading a VARIANT as one type, and the VARIANT field of each scalar type.
 #pragma once
 
-#include "platform/com.h"
+#include "platform/holders.h"
 
 #include <cstdint>
 
@@ -45,7 +45,7 @@ class ReadAs {
     ReadAs(const ReadAs&) = delete;
     ReadAs& operator=(const ReadAs&) = delete;
     ~ReadAs() {
-        if (changed_) VariantClear(&copy_);
+        if (changed_ && platform::ownsContent(copy_.vt)) platform::clearVariant(copy_);
     }
 
     const VARIANT& operator*() const { return *value_; }

@@ -15,11 +15,11 @@ class COMVariantInstance {
     COMVariantInstance() : variant(new VARIANT{}) {}
     // A copy of `v`; empty when it can't be copied.
     explicit COMVariantInstance(const VARIANT& v) : COMVariantInstance() {
-        VariantCopy(variant.get(), &v);
+        platform::copyVariant(*variant, v);
     }
     COMVariantInstance(const COMVariantInstance&) = delete;
     COMVariantInstance& operator=(const COMVariantInstance&) = delete;
-    virtual ~COMVariantInstance() { VariantClear(variant.get()); }
+    virtual ~COMVariantInstance() { platform::clearVariant(*variant); }
 
     const std::unique_ptr<VARIANT> variant;
     std::shared_ptr<ReferenceHolders> references;

@@ -125,7 +125,7 @@ int variantScalarToHost(VARIANT* v, hxArray** out, const VariantConversionContex
 
 int variantToHost(VARIANT* v, hxArray** out, const VariantConversionContext& context) {
     if (!v) return 0;
-    if ((v->vt & VT_BYREF) && (!v->byref || FAILED(VariantCopyInd(v, v)))) {
+    if ((v->vt & VT_BYREF) && (!v->byref || FAILED(platform::copyReferred(*v, *v)))) {
         warnOfFailure<VELMAR::COM::variant_conversion_failedBYREF>(context);
         return fallBackToNaN(out);
     }

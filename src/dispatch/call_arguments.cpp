@@ -14,7 +14,7 @@ void COMCallArguments::makeMoreSlots() {
 
 void COMCallArguments::clearSlot(std::size_t slot) {
     VARIANT& owner = valueOf(slot);
-    if (platform::ownsContent(owner.vt)) VariantClear(&owner);
+    if (platform::ownsContent(owner.vt)) platform::clearVariant(owner);
     owner.vt = VT_EMPTY;
     backing_[slot].passedType = VT_EMPTY;
 }
@@ -35,7 +35,7 @@ void COMCallArguments::takeReplacedSlots() {
     for (std::size_t slot = firstUsed_; slot < slots_; ++slot) {
         if (!isReplaced(slot)) continue;
         Backing& behind = backing_[slot];
-        if (platform::ownsContent(behind.value.vt)) VariantClear(&behind.value);
+        if (platform::ownsContent(behind.value.vt)) platform::clearVariant(behind.value);
         behind = {};
     }
 }

@@ -41,7 +41,7 @@ class COMCallArguments {
         takeReplaced();
         for (std::size_t slot = firstUsed_; slot < slots_; ++slot)
             if (VARIANT& owner = valueOf(slot); platform::ownsContent(owner.vt))
-                VariantClear(&owner);
+                platform::clearVariant(owner);
     }
 
     // Fills slots from `inputs[1]` on, up to the first declared input that wasn't given. Raises

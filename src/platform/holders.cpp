@@ -32,7 +32,7 @@ SAFEARRAY* SafeArrayTraits::duplicate(SAFEARRAY* array) {
 
 VARIANT VariantTraits::duplicate(const VARIANT& value) {
     VARIANT copy{};
-    raiseUnlessCopied(VariantCopy(&copy, &value));
+    raiseUnlessCopied(copyVariant(copy, value));
     return copy;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/com.h"
 #include "platform/text.h"
+#include "platform/variant_calls.h"
 
 #include <memory>
 #include <new>
@@ -118,7 +119,9 @@ struct BstrTraits : PointerTraits<BSTR> {
 };
 
 struct SafeArrayTraits : PointerTraits<SAFEARRAY*> {
-    static void close(SAFEARRAY* array) noexcept { SafeArrayDestroy(array); }
+    static void close(SAFEARRAY* array) noexcept {
+        if (array) destroyArray(array);
+    }
     // Raises std::bad_alloc, std::invalid_argument for what can't be copied.
     static SAFEARRAY* duplicate(SAFEARRAY* array);
 };
@@ -137,7 +140,7 @@ struct VariantTraits {
     static VARIANT empty() noexcept { return VARIANT{}; }
     static bool isEmpty(const VARIANT& value) noexcept { return value.vt == VT_EMPTY; }
     static void close(VARIANT& value) noexcept {
-        if (ownsContent(value.vt)) VariantClear(&value);
+        if (ownsContent(value.vt)) clearVariant(value);
     }
     // Raises std::bad_alloc, std::invalid_argument for what can't be copied.
     static VARIANT duplicate(const VARIANT& value);

@@ -63,6 +63,10 @@ constexpr Place places[] = {
     {"end of saving", "SaveCompleted", "save(d, 'f.tmp');"},
     {"loading", "Load", "load(d, 'whole.tmp');"},
     {"release", "Release", "c = h.NewChild(); release(c);"},
+    {"object as input", "AddRef", "h.CountOf(h);"},
+    {"object as VARIANT", "AddRef", "h.Describe({h, {h}});"},
+    {"object in VARIANT", "Release", "h.MakeValue('object'); ans = 0;"},
+    {"object in arrays", "Release", "h.AllItems(); h.Mixed();"},
 };
 
 void (*happening)() = nullptr;

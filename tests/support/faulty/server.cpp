@@ -114,7 +114,12 @@ class FaultyServer final : public Faulty<IDispatch> {
             return Faulty::QueryInterface(iid, out);
         });
     }
-    // Fails, by a fault, when it has done its work, and only where that is asked for.
+    // Both fail by a fault, when they have done their work, and only where that is asked for.
+    ULONG STDMETHODCALLTYPE AddRef() override {
+        const ULONG now = Faulty::AddRef();
+        if (plan_.only) plan_.fails("AddRef");
+        return now;
+    }
     ULONG STDMETHODCALLTYPE Release() override {
         FaultPlan& plan = plan_;
         const ULONG left = Faulty::Release();
