@@ -2,6 +2,7 @@
 #include "builtins/appdata.h"
 
 #include "builtins/call_support.h"
+#include "builtins/property_lookup.h"
 #include "comruntime/interned.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
@@ -17,6 +18,8 @@ hos::HOSPropInfo* findStore(hos::HOSInterface& object) {
 }
 
 hos::HOSPropInfo* makeStore(hos::HOSInterface& object) {
+    // The server's own.
+    if (findProperty(object, "AppData")) hmsgcore::raise(VELMAR::COM::InvalidAppData());
     object.addDynamicProperty(hos::HOSGenericProp::createNewDynamicProp(
         internedId("AppData"), internedId("any"), hos::id()));
     hos::HOSPropInfo* property = findStore(object);
@@ -24,43 +27,26 @@ hos::HOSPropInfo* makeStore(hos::HOSInterface& object) {
     return property;
 }
 
-// The application data of a live object: a copy of what the property holds, which changes put back.
-class AppData {
-  public:
-    // Raises "VELMAR:COM:InvalidAppData".
-    explicit AppData(hos::HOSInterface& object) : object_(object), property_(findStore(object)) {
-        if (!property_) property_ = makeStore(object);
-        hos::HOSValue value;
-        property_->getValue(&value, &object);
-        const hxClassID classId = value.isNull() ? hxUNKNOWN_CLASS : hxGetClassID(value.array());
-        if ((classId != hxSTRUCT_CLASS && classId != hxOBJECT_CLASS) ||
-            hxGetNumberOfElements(value.array()) != 1)
-            hmsgcore::raise(VELMAR::COM::InvalidAppData());
-        values_.reset(hxCreateSharedDataCopy(value.array()));
-    }
+// The array that holds the application data of a live object: the property's own, not a copy, so
+// that a change to it is a change of the store. Raises "VELMAR:COM:InvalidAppData".
+hxArray* appDataStruct(hos::HOSInterface& object) {
+    hos::HOSPropInfo* property = findStore(object);
+    if (!property) property = makeStore(object);
+    hos::HOSValue value;
+    property->getValue(&value, &object);
+    const hxClassID classId = value.isNull() ? hxUNKNOWN_CLASS : hxGetClassID(value.array());
+    if ((classId != hxSTRUCT_CLASS && classId != hxOBJECT_CLASS) ||
+        hxGetNumberOfElements(value.array()) != 1)
+        hmsgcore::raise(VELMAR::COM::InvalidAppData());
+    return value.array();
+}
 
-    bool has(const char* name) const { return hxGetFieldNumber(values_.get(), name) >= 0; }
-    unique_array copyOfAll() const { return unique_array(hxCreateSharedDataCopy(values_.get())); }
-    unique_array copyOf(const char* name) const {
-        return unique_array(hxCreateSharedDataCopy(hxGetField(values_.get(), 0, name)));
-    }
-    void set(const char* name, const hxArray* value) {
-        hxSetField(values_.get(), 0, name, hxCreateSharedDataCopy(value));
-        store();
-    }
-    void remove(const char* name) {
-        hxSetField(values_.get(), 0, name, nullptr);
-        hxRemoveField(values_.get(), hxGetFieldNumber(values_.get(), name));
-        store();
-    }
-
-  private:
-    void store() { property_->setValue(&object_, hos::HOSValue::ofPointer(values_.get())); }
-
-    hos::HOSInterface& object_;
-    hos::HOSPropInfo* property_;
-    unique_array values_;
-};
+// Gives a field another value; what it held ends last, as its end may lead back here.
+unique_array exchangeField(hxArray* store, int field, unique_array value) {
+    unique_array former(const_cast<hxArray*>(hxGetFieldByNumber(store, 0, field)));
+    hxSetFieldByNumber(store, 0, field, value.release());
+    return former;
+}
 
 const char* nameIn(const hos::HOSValue* inputs) { return inputs[1].pointer<const char>(); }
 
@@ -69,7 +55,10 @@ const char* nameIn(const hos::HOSValue* inputs) { return inputs[1].pointer<const
 void COMSetappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::HOSValue*,
                                      std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
-    if (object) AppData(*object).set(nameIn(inputs), inputs[2].array());
+    if (!object) return;
+    hxArray* const store = hxUnshareShallow(appDataStruct(*object));
+    unique_array value(hxCreateSharedDataCopy(inputs[2].array()));
+    exchangeField(store, hxAddFieldToStruct(store, nameIn(inputs)), std::move(value));
 }
 
 void COMGetappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
@@ -77,25 +66,29 @@ void COMGetappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outpu
                                      hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
-    const AppData data(*object);
-    giveOutput(inputCount == 1 ? data.copyOfAll() : data.copyOf(nameIn(inputs)), outputCount,
-               outputs);
+    const hxArray* const store = appDataStruct(*object);
+    const hxArray* const value = inputCount == 1 ? store : hxGetField(store, 0, nameIn(inputs));
+    giveOutput(unique_array(hxCreateSharedDataCopy(value)), outputCount, outputs);
 }
 
 void COMRmappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos::HOSValue*,
                                     std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
-    AppData data(*object);
-    if (!data.has(nameIn(inputs)))
-        hmsgcore::raise(VELMAR::HostGraphics::Appdata::InvalidNameAppdata());
-    data.remove(nameIn(inputs));
+    hxArray* store = appDataStruct(*object);
+    const int field = hxGetFieldNumber(store, nameIn(inputs));
+    if (field < 0) hmsgcore::raise(VELMAR::HostGraphics::Appdata::InvalidNameAppdata());
+    store = hxUnshareShallow(store);
+    const unique_array former = exchangeField(store, field, nullptr);
+    hxRemoveField(store, field);
 }
 
 void COMIsappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
                                     hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
-    if (object) giveOutput(AppData(*object).has(nameIn(inputs)), outputCount, outputs);
+    if (object)
+        giveOutput(hxGetFieldNumber(appDataStruct(*object), nameIn(inputs)) >= 0, outputCount,
+                   outputs);
 }
 
 } // namespace axlink2

@@ -37,13 +37,13 @@ std::size_t fieldPlace(const hxArray& array, std::size_t index, int field) {
 }
 
 // Gives the struct array other fields; `sourceOf[i]` is the former number of field i, or -1.
-void setFields(hxArray& array, FieldNames names, const std::vector<int>& sourceOf) {
+void setFields(hxArray& array, std::vector<std::string> names, const std::vector<int>& sourceOf) {
     const std::size_t before = array.fields->size();
     unique_array next(new hxArray);
     next->classId = hxSTRUCT_CLASS;
     next->kind = ElementKind::Array;
     harray::detail::makeStore(*next, harray::detail::checkedProduct(array.count, names.size()));
-    auto shared = std::make_shared<const FieldNames>(std::move(names));
+    auto shared = std::make_shared<FieldNames>(std::move(names));
     for (std::size_t element = 0; element < array.count; ++element)
         for (std::size_t field = 0; field < sourceOf.size(); ++field)
             if (sourceOf[field] >= 0)
@@ -54,6 +54,14 @@ void setFields(hxArray& array, FieldNames names, const std::vector<int>& sourceO
                               .array);
     harray::detail::swapStores(array, *next);
     array.fields = std::move(shared);
+}
+
+// The same for a field behind the others of the only element, which needs no new arrangement.
+void appendField(hxArray& array, const std::string& name) {
+    if (array.fields.use_count() > 1) array.fields = std::make_shared<FieldNames>(*array.fields);
+    harray::detail::reserveElement(array);
+    array.fields->add(name);
+    new (array.elements<ArrayElement>() + array.stored++) ArrayElement;
 }
 
 std::vector<int> identity(std::size_t count) {
@@ -86,13 +94,13 @@ hxArray* hxCreateStructMatrix(std::size_t rows, std::size_t columns, int fields,
 
 hxArray* harray::detail::do_create_struct(std::size_t dimensions, const std::size_t* extents,
                                           int fields, const char* const* names) {
-    FieldNames list(names, names + std::max(fields, 0));
+    std::vector<std::string> list(names, names + std::max(fields, 0));
     unique_array array(new hxArray);
     array->classId = hxSTRUCT_CLASS;
     array->kind = ElementKind::Array;
     setShape(*array, dimensions, extents);
     makeStore(*array, checkedProduct(array->count, list.size()));
-    array->fields = std::make_shared<const FieldNames>(std::move(list));
+    array->fields = std::make_shared<FieldNames>(std::move(list));
     return array.release();
 }
 
@@ -115,9 +123,7 @@ void hxReplaceCell(hxArray* cell, std::size_t index, hxArray* value) {
 
 int hxGetFieldNumber(const hxArray* array, const char* name) {
     const hxArray& a = reading(array);
-    if (!a.fields || !name) return -1;
-    const auto at = std::find(a.fields->begin(), a.fields->end(), name);
-    return at == a.fields->end() ? -1 : static_cast<int>(at - a.fields->begin());
+    return a.fields && name ? a.fields->find(name) : -1;
 }
 
 const hxArray* hxGetField(const hxArray* array, std::size_t index, const char* name) {
@@ -153,18 +159,23 @@ int hxAddFieldToStruct(hxArray* array, const char* name) {
     requireClass(array, hxSTRUCT_CLASS, "hxAddFieldToStruct");
     if (const int known = hxGetFieldNumber(array, name); known >= 0) return known;
     hxArray& a = harray::detail::writing(array, "hxAddFieldToStruct");
-    FieldNames names = *a.fields;
-    std::vector<int> sources = identity(names.size());
-    names.emplace_back(name ? name : "");
-    sources.push_back(-1);
-    setFields(a, std::move(names), sources);
-    return static_cast<int>(sources.size()) - 1;
+    const std::string added = name ? name : "";
+    if (a.count == 1) {
+        appendField(a, added);
+    } else {
+        std::vector<std::string> names = a.fields->all();
+        std::vector<int> sources = identity(names.size());
+        names.push_back(added);
+        sources.push_back(-1);
+        setFields(a, std::move(names), sources);
+    }
+    return static_cast<int>(a.fields->size()) - 1;
 }
 
 void hxRemoveField(hxArray* array, int field) {
     hxArray& a = writingClass(array, hxSTRUCT_CLASS, "hxRemoveField");
     harray::detail::checkIndex(static_cast<std::size_t>(field), a.fields->size());
-    FieldNames names = *a.fields;
+    std::vector<std::string> names = a.fields->all();
     std::vector<int> sources = identity(names.size());
     names.erase(names.begin() + field);
     sources.erase(sources.begin() + field);
@@ -178,5 +189,5 @@ int get_number_of_struct_fields(const hxArray* array) {
 
 std::vector<std::string> get_struct_field_names(const hxArray* array) {
     const hxArray& a = reading(array);
-    return a.fields ? *a.fields : FieldNames();
+    return a.fields ? a.fields->all() : std::vector<std::string>();
 }

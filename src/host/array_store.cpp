@@ -20,7 +20,7 @@ Block* allocateBlock(std::size_t bytes, Filling filling) {
     void* memory = filling == Filling::Zero ? std::calloc(1, sizeof(Block) + bytes)
                                             : std::malloc(sizeof(Block) + bytes);
     if (!memory) throw std::bad_alloc();
-    return new (memory) Block;
+    return new (memory) Block(bytes);
 }
 
 void freeBlock(Block* block) {
@@ -143,6 +143,20 @@ void makeStore(hxArray& array, std::size_t stored, Filling filling) {
     array.store = store;
     array.block = block;
     array.stored = stored;
+}
+
+void reserveElement(hxArray& array) {
+    const std::size_t used = array.stored * sizeof(ArrayElement);
+    const std::size_t needed = used + sizeof(ArrayElement);
+    if (array.block && array.block->bytes >= needed) return;
+    Block* const larger = allocateBlock(checkedProduct(2, needed), Filling::None);
+    if (array.block) {
+        // Elements are no more than pointers, and stay the same ones.
+        std::memcpy(static_cast<void*>(larger + 1), array.store, used);
+        freeBlock(array.block);
+    }
+    array.block = larger;
+    array.store = larger + 1;
 }
 
 void swapStores(hxArray& a, hxArray& b) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/array.h"
+#include "host/field_names.h"
 #include "host/interface.h"
 
 #include <atomic>
@@ -60,10 +61,11 @@ decltype(auto) visitElements(ElementKind kind, Visitor&& visitor) {
 
 // A counted store of elements too large for a header; the elements follow it.
 struct alignas(16) Block {
-    std::atomic<std::uint32_t> owners{1};
-};
+    explicit Block(std::size_t bytes) : bytes(bytes) {}
 
-using FieldNames = std::vector<std::string>;
+    std::atomic<std::uint32_t> owners{1};
+    std::size_t bytes; // room for elements
+};
 
 struct SparseIndex {
     std::vector<std::size_t> rows;
@@ -85,10 +87,10 @@ struct hxArray {
     std::size_t stored = 0;                     // elements in the store: fields and entries count
     void* store = nullptr;                      // the own place below, a block's, or null
     harray::detail::Block* block = nullptr;
-    hos::id objectClass;                                      // arrays of objects
-    std::shared_ptr<const harray::detail::FieldNames> fields; // structs
-    std::unique_ptr<harray::detail::SparseIndex> sparse;      // sparse arrays
-    alignas(16) std::byte own[48] = {};                       // numbers, and texts of a few words
+    hos::id objectClass;                                 // arrays of objects
+    std::shared_ptr<harray::detail::FieldNames> fields;  // structs; shared by copies
+    std::unique_ptr<harray::detail::SparseIndex> sparse; // sparse arrays
+    alignas(16) std::byte own[48] = {};                  // numbers, and texts of a few words
 
     hxArray() = default;
     hxArray(const hxArray&) = delete; // hxCreateSharedDataCopy is the way
@@ -120,6 +122,10 @@ void setShape(hxArray& array, std::size_t rank, const std::size_t* extents);
 
 // Gives the array, whose class, kind and complexity are set, a store of `stored` new elements.
 void makeStore(hxArray& array, std::size_t stored, Filling filling = Filling::Zero);
+
+// Makes room for one more nested array behind those of an array that shares its store with none.
+// Places are doubled, so that many are added in a time that grows as they do.
+void reserveElement(hxArray& array);
 
 // Gives each of two arrays the store of the other.
 void swapStores(hxArray& a, hxArray& b);

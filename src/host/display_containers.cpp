@@ -63,7 +63,7 @@ std::string objectText(const hxArray& array) {
 }
 
 std::string structText(const hxArray& array) {
-    const auto& names = *array.fields;
+    const auto& names = array.fields->all();
     std::string text;
     if (array.count != 1) {
         text = "  " + extentsText(array) + " struct with " +

@@ -7,7 +7,21 @@ using namespace axlink2;
 using namespace axlink2::test;
 
 using AddedProperty = GadgetTest;
-using AppData = GadgetTest;
+struct AppData : GadgetTest {
+    static void expectRefused(const Array& h) {
+        EXPECT_EQ(errorIn(h, "getappdata"), "VELMAR:COM:InvalidAppData");
+        EXPECT_EQ(errorIn(h, "isappdata", text("x")), "VELMAR:COM:InvalidAppData");
+        EXPECT_EQ(errorIn(h, "setappdata", text("x"), scalar(1)), "VELMAR:COM:InvalidAppData");
+        EXPECT_EQ(errorIn(h, "rmappdata", text("x")), "VELMAR:COM:InvalidAppData");
+    }
+    // The array that the property holds.
+    static const hxArray* storeOf(const Array& h) {
+        hos::HOSInterfacePtr found;
+        handle(h)->findDynamicProperty(&found, internedId("AppData"));
+        hos::HOSValue value;
+        return hos::hosiToProp(found)->getValue(&value, handle(h))->array();
+    }
+};
 
 TEST_F(AddedProperty, IsReadAndWrittenLikeAnyOther) {
     ask(0, h, "addproperty", text("Tag"));
@@ -91,19 +105,41 @@ TEST_F(AppData, FollowsWhatAProgramDoesToItsProperty) {
     ask(0, h, "deleteproperty", text("AppData"));
     EXPECT_EQ(plain(ask(1, h, "getappdata").get()), "()");
 
-    const auto expectRefused = [&] {
-        EXPECT_EQ(errorIn(h, "getappdata"), "VELMAR:COM:InvalidAppData");
-        EXPECT_EQ(errorIn(h, "isappdata", text("x")), "VELMAR:COM:InvalidAppData");
-        EXPECT_EQ(errorIn(h, "setappdata", text("x"), scalar(1)), "VELMAR:COM:InvalidAppData");
-        EXPECT_EQ(errorIn(h, "rmappdata", text("x")), "VELMAR:COM:InvalidAppData");
-    };
     ask(0, h, "set", text("AppData"), scalar(3));
-    expectRefused();
+    expectRefused(h);
     ask(0, h, "deleteproperty", text("AppData"));
     ask(0, h, "addproperty", text("AppData")); // without a value
-    expectRefused();
+    expectRefused(h);
     ask(0, h, "set", text("AppData"), Array(hxCreateStructMatrix(1, 2, 0, nullptr)));
-    expectRefused();
+    expectRefused(h);
+}
+
+TEST_F(AppData, IsChangedInPlace) {
+    ask(0, h, "setappdata", text("x"), scalar(1));
+    const hxArray* const store = storeOf(h);
+    const hxArray* const value = hxGetField(store, 0, "x");
+    for (int i = 0; i < 100; ++i)
+        ask(0, h, "setappdata", text("y" + std::to_string(i)), scalar(i));
+    ask(0, h, "rmappdata", text("y50"));
+    EXPECT_EQ(storeOf(h), store);
+    EXPECT_EQ(hxGetField(store, 0, "x"), value);
+    EXPECT_EQ(get_number_of_struct_fields(store), 100);
+    EXPECT_EQ(plain(ask(1, h, "getappdata", text("y99")).get()), "99");
+    EXPECT_EQ(plain(ask(1, h, "isappdata", text("y50")).get()), "0");
+}
+
+// Has a property of the name that the store has otherwise.
+class Storing : public Served<Storing> {
+  public:
+    static constexpr const char* className = "Storing";
+    static void declare(Builder& builder) { builder.property("AppData", &Storing::own); }
+    LONG own() { return 7; }
+};
+
+TEST_F(AppData, IsRefusedWhereTheServerHasAPropertyOfThatName) {
+    const Array storing = start<Storing>("Test.Storing");
+    expectRefused(storing);
+    EXPECT_EQ(get(storing, text("AppData")), "7");
 }
 
 TEST_F(AppData, EndsWhatItHoldsWithItsObject) {

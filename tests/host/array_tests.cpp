@@ -159,6 +159,19 @@ TEST_F(Arrays, StructOfOneFieldLosesItsLastFieldAndGetsAnother) {
     hxSetField(array.get(), 0, "next", number(4).release());
     EXPECT_EQ(hxGetScalar(hxGetField(array.get(), 0, "next")), 4);
     EXPECT_EQ(hxGetScalar(hxGetField(copy.get(), 0, "only")), 3);
+
+    // Many more, by whatever way a field is found.
+    for (int i = 0; i < 40; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        hxSetField(array.get(), 0, name.c_str(), number(i).release());
+        EXPECT_EQ(hxGetFieldNumber(array.get(), name.c_str()), i + 1);
+        EXPECT_EQ(hxGetFieldNumber(array.get(), "next"), 0);
+    }
+    const unique_array many(hxCreateSharedDataCopy(array.get()));
+    hxSetField(array.get(), 0, "f40", number(40).release());
+    EXPECT_EQ(hxGetFieldNumber(many.get(), "f40"), -1);
+    EXPECT_EQ(hxGetScalar(hxGetField(array.get(), 0, "f17")), 17);
+    EXPECT_EQ(hxGetScalar(hxGetField(many.get(), 0, "f39")), 39);
 }
 
 TEST_F(Arrays, SparseArraysKeepTheirIndexAndFirstElement) {
