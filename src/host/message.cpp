@@ -8,17 +8,19 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace hmsgcore {
-
-MessageArgument::MessageArgument(std::int64_t number) : MessageArgument(std::to_string(number)) {}
-
-MessageArgument::MessageArgument(const std::string& narrow)
-    : text(platform::utf16FromUtf8(narrow)) {}
-
-} // namespace hmsgcore
-
 namespace hsys::i18n {
 namespace {
+
+// An argument as a message shows it.
+struct Shown {
+    std::u16string operator()(std::int64_t number) const {
+        return platform::utf16FromUtf8(std::to_string(number));
+    }
+    std::u16string operator()(const std::string& narrow) const {
+        return platform::utf16FromUtf8(narrow);
+    }
+    std::u16string operator()(const std::u16string& wide) const { return wide; }
+};
 
 std::u16string unescaped(std::string_view text) {
     std::string result;
@@ -72,7 +74,8 @@ std::u16string MessageCatalog::get_message(const hmsgcore::BaseMsgID& message, c
             continue;
         }
         const auto number = static_cast<std::size_t>(text[at + 1] - u'1');
-        if (number < message.arguments.size()) result += message.arguments[number].text;
+        if (number < message.arguments.size())
+            result += std::visit(Shown(), message.arguments[number]);
         at += 2;
     }
     return result;

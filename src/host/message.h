@@ -4,19 +4,14 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace hmsgcore {
 
-// A position or a count; narrow text; text that came from the system or the catalogue.
-struct MessageArgument {
-    MessageArgument(std::int64_t number);
-    MessageArgument(const std::string& narrow);
-    MessageArgument(const char* narrow) : MessageArgument(std::string(narrow)) {}
-    MessageArgument(std::u16string wide) : text(std::move(wide)) {}
-
-    std::u16string text; // as the message shows it
-};
+// A position or a count; text that the module holds as narrow text; text that came from the system
+// or the catalogue.
+using MessageArgument = std::variant<std::int64_t, std::string, std::u16string>;
 
 // A message before it is text. One small class per key derives from it.
 class BaseMsgID {

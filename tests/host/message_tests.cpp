@@ -41,6 +41,20 @@ std::u16string textOf(const hmsgcore::BaseMsgID& message) {
 
 class Messages : public HostTest {};
 
+TEST_F(Messages, KeepTheirArgumentsAsTheyWereGiven) {
+    using hmsgcore::MessageArgument;
+    const MessageArgument integer(std::in_place_index<0>, -5);
+    const MessageArgument narrow(std::in_place_index<1>, "5\u00FC");
+    const MessageArgument wide(std::in_place_index<2>, u"5");
+    EXPECT_EQ(VELMAR::COM::unknownparamPosition(-5).arguments.at(0), integer);
+    EXPECT_EQ(VELMAR::COM::invalidprogid("5\u00FC").arguments.at(0), narrow);
+    EXPECT_EQ(VELMAR::COM::COMException(u"5").arguments.at(0), wide);
+    EXPECT_TRUE(VELMAR::COM::numargs().arguments.empty());
+    const Key key{"VELMAR:COM", "invalidprogidNameAndErrcode", 2};
+    EXPECT_NE(textOf(AnyMessage(key, {narrow, integer})).find(u"-5"), std::u16string::npos);
+    EXPECT_NE(textOf(AnyMessage(key, {narrow, wide})).find(u"5\u00FC"), std::u16string::npos);
+}
+
 TEST_F(Messages, EveryKeyHasATextThatUsesEachOfItsArguments) {
     for (const Key& key : allKeys()) {
         const std::string name = key.component + std::string(":") + key.key;
@@ -50,7 +64,7 @@ TEST_F(Messages, EveryKeyHasATextThatUsesEachOfItsArguments) {
         const std::u16string text = textOf(AnyMessage(key, marks));
         EXPECT_NE(hsys::i18n::to_string(text), name) << "no text";
         for (const hmsgcore::MessageArgument& mark : marks)
-            EXPECT_NE(text.find(mark.text), std::u16string::npos) << name;
+            EXPECT_NE(text.find(std::get<std::u16string>(mark)), std::u16string::npos) << name;
         // With arguments left out, a place for one more would show as nothing.
         EXPECT_EQ(textOf(AnyMessage(key, marks)).find(u'{'), std::u16string::npos) << name;
         marks.emplace_back(std::u16string(u"<more>"));
