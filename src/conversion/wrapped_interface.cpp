@@ -40,11 +40,24 @@ _bstr_t identityOf(IDispatch* server) {
     return _bstr_t(text);
 }
 
-// Interfaces without type information are told apart by the member that returned them.
-_bstr_t anonymousKey(const hos::HOSInterfacePtr& owner, const char* memberName) {
+// Whether a class is one of those that have no type information, and came from that member. Only
+// theirs are names that were keys as they are.
+bool isAnonymousOf(hos::HOSClass& owner, const std::string& name, const std::string& memberName) {
+    if (!dynamic_cast<COMInterfaceClassInfo*>(owner.getClassInfo())) return false;
+    if (name != memberName && !name.ends_with("_" + memberName)) return false;
+    const boost::shared_lock<boost::shared_mutex> lock(interfaceClassesLock);
+    return interfaceClasses.contains(_bstr_t(name.c_str()));
+}
+
+// Interfaces without type information are told apart by the member that returned them. One that
+// comes out of its like by the same member is of the same class: a list must not make a class for
+// each of its links.
+_bstr_t anonymousKey(const hos::HOSInterfacePtr& owner, const std::string& memberName) {
     hos::HOSClass* ownerClass = owner ? owner->getClass() : nullptr;
-    if (!ownerClass) return _bstr_t(memberName);
-    return _bstr_t((std::string(ownerClass->getName()) + "_" + memberName).c_str());
+    if (!ownerClass) return _bstr_t(memberName.c_str());
+    const std::string ownerName = ownerClass->getName();
+    const bool isSame = isAnonymousOf(*ownerClass, ownerName, memberName);
+    return _bstr_t((isSame ? ownerName : ownerName + "_" + memberName).c_str());
 }
 
 } // namespace
@@ -55,14 +68,14 @@ hxArray* wrapInterface(VARIANT* v, const hos::HOSInterfacePtr& owner, const char
     _bstr_t key = identityOf(server.get());
     if (!key) key = anonymousKey(owner, memberName);
 
-    const std::string className = interfaceClassForIID(key, server.get());
+    const std::string className = interfaceClassForIID(key);
     const NewObject made = makeObjectFrom(findClass(interfaceNamespace, className), server.get());
     made.record->dispatch = server.detach();
     if (owner) linkToOwner(made.object, owner);
     return harray::to_velmar(objectArray(made));
 }
 
-std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server) {
+std::string interfaceClassForIID(const _bstr_t& key) {
     boost::upgrade_lock<boost::shared_mutex> lock(interfaceClassesLock);
     if (const auto found = interfaceClasses.find(key); found != interfaceClasses.end())
         return found->second;
@@ -72,7 +85,8 @@ std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server) {
         return found->second;
     // Two interfaces may be registered under one name; the later goes by its IID.
     if (findClass(interfaceNamespace, name)) name = nameAfterKey(key);
-    addClass(interfaceNamespace, std::make_unique<COMInterfaceClassInfo>(name, server));
+    // Its first object brings the server that it is populated from.
+    addClass(interfaceNamespace, std::make_unique<COMInterfaceClassInfo>(name, nullptr));
     interfaceClasses.emplace(key, name);
     return name;
 }

@@ -15,8 +15,8 @@ namespace axlink2 {
 hxArray* wrapInterface(VARIANT* v, const hos::HOSInterfacePtr& owner, const char* memberName);
 
 // The name of the class for a key, an IID's text or a made-up name; the class is added when it is
-// new, to be populated from `server`.
-std::string interfaceClassForIID(const _bstr_t& key, IDispatch* server);
+// new.
+std::string interfaceClassForIID(const _bstr_t& key);
 
 // A name after the key itself, without braces and hyphens.
 std::string nameAfterKey(const _bstr_t& key);

@@ -32,9 +32,8 @@ hos::HOSClass* findServerClass(const std::string& progId) {
 harray::unique_array serverObject(const std::string& progId, ServerPtr<IDispatch> server) {
     hos::HOSClass* owner = findServerClass(progId);
     if (!owner)
-        owner =
-            addClass(comNamespace,
-                     std::make_unique<COMCoclassClassInfo>(encodeClassName(progId), server.get()));
+        owner = addClass(comNamespace,
+                         std::make_unique<COMCoclassClassInfo>(encodeClassName(progId), nullptr));
     return objectOf(owner, std::move(server));
 }
 

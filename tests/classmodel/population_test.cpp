@@ -160,8 +160,17 @@ TEST_F(Population, LetsTheHostShowAnObjectByItsClass) {
 
 using BuiltinMembers = ServerTest;
 
+class Starting : public Served<Starting> {
+  public:
+    static constexpr const char* className = "Starting";
+    static inline std::function<void()> whenMade; // once
+    Starting() {
+        if (whenMade) std::exchange(whenMade, {})();
+    }
+};
+
 TEST_F(BuiltinMembers, ConstructAServerForAnObjectThatTheHostHasMade) {
-    const Array object = start<PlainServer>("Test.Thing");
+    const Array object = start<Starting>("Test.Thing");
     hos::HOSInterfacePtr made;
     classOf(object)->newInstance(&made);
     const Array array(hoCreateHOSMatrix(1, 1, hoGetClassID(object.get())));
@@ -185,6 +194,10 @@ TEST_F(BuiltinMembers, ConstructAServerForAnObjectThatTheHostHasMade) {
     EXPECT_EQ(kit::liveObjects(), before);
     construct("server", u"", "IDispatch");
     EXPECT_EQ(kit::liveObjects(), before + 1);
+    // Once more, for an object that ends while its server starts.
+    Starting::whenMade = [&] { made->destroy(hos::HOSGetPublicClient()); };
+    construct("server", u"", "IDispatch");
+    EXPECT_EQ(kit::liveObjects(), before);
 }
 
 } // namespace

@@ -70,10 +70,10 @@ const std::string leafClass = "Interface.5A0E4F61_6D4C_4E0B_8C41_0A1B6C3D0202";
 
 struct WrappedInterface : ServerTest {
     static Array wrap(IDispatch* object, const hos::HOSInterfacePtr& owner = {},
-                      VARTYPE vt = VT_DISPATCH) {
+                      VARTYPE vt = VT_DISPATCH, const char* member = "Member") {
         if (object) object->AddRef();
         VARIANT v = interfaceIn(object, vt);
-        return Array(wrapInterface(&v, owner, "Member"));
+        return Array(wrapInterface(&v, owner, member));
     }
 };
 
@@ -115,6 +115,30 @@ TEST_F(WrappedInterface, WithoutTypeInformationItsClassIsThatOfOwnerAndMember) {
         EXPECT_EQ(described(wrap(leaf.get(), handle(owner))), byOwner);
     }
     EXPECT_EQ(leaf->references(), 1u);
+}
+
+TEST_F(WrappedInterface, WithoutTypeInformationAChainIsOfOneClassForEachMember) {
+    const auto leaf = kit::create<Leaf>();
+    leaf->typeInfos = 0;
+    const Array owner = start<Owner>("Test.WrapOwner");
+    const std::string byOwner = std::string("Interface.") + classOf(owner)->getName();
+    const auto wrapOf = [&](const Array& from, const char* member) {
+        return wrap(leaf.get(), handle(from), VT_DISPATCH, member);
+    };
+    Array link = wrapOf(owner, "Next");
+    for (int i = 0; i < 3; ++i)
+        link = wrapOf(link, "Next");
+    EXPECT_EQ(described(link), byOwner + "_Next");
+    const Array other = wrapOf(link, "ext");
+    EXPECT_EQ(described(other), byOwner + "_Next_ext");
+    EXPECT_EQ(described(wrapOf(wrap(leaf.get()), "Member")), "Interface.Member");
+    // What has type information isn't of the like, whatever its name is.
+    const std::string typed = leafClass.substr(leafClass.find('.') + 1);
+    leaf->typeInfos = 1;
+    const Array named = wrap(leaf.get());
+    leaf->typeInfos = 0;
+    const std::string end = typed.substr(typed.rfind('_') + 1);
+    EXPECT_EQ(described(wrapOf(named, end.c_str())), leafClass + "_" + end);
 }
 
 TEST_F(WrappedInterface, ABusyServerGetsASecond) {
