@@ -1,5 +1,7 @@
-// Functions that act: time, errors, listeners.
+// Functions that act: time, errors, listeners, files.
 #include "host/axlink.h"
+#include "host/text.h"
+#include "platform/file_replacement.h"
 #include "shell/errors.h"
 #include "shell/format.h"
 #include "shell/function_handles.h"
@@ -8,7 +10,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
+#include <random>
 
 namespace velsh {
 
@@ -77,10 +81,30 @@ Values axlinkoptionFunction(const Call& call) {
     raise("axlinkoption", "There is no option \"" + name + "\". The options are " + known + ".");
 }
 
-// Objects with a method of that name never come here.
+// A path for a file that isn't there, in the system's folder for such files.
+Values tempnameFunction(const Call&) {
+    std::random_device random;
+    const auto path = std::filesystem::temp_directory_path() /
+                      ("velsh-" + std::to_string(random()) + std::to_string(random()));
+    const std::u8string text = path.generic_u8string();
+    return {charText(std::string(text.begin(), text.end()))};
+}
+
+void deleteFile(const std::string& name) {
+    std::error_code error;
+    if (!std::filesystem::remove(platform::pathOf(platform::toOle(name)), error))
+        raise("delete", "\"" + name + "\" can't be deleted" +
+                            (error ? ": " + error.message() : " as it isn't there") + ".");
+}
+
+// Of a listener or of a file. Objects with a method of that name never come here.
 Values deleteFunction(const Call& call) {
-    if (!isListener(call[0])) raiseWrongType("\"delete\" takes an object", call[0]);
-    removeListener(call[0]);
+    if (isListener(call[0]))
+        removeListener(call[0]);
+    else if (hoststring::isScalarText(call[0], true, true))
+        deleteFile(narrowTextOf(call[0], "The name of a file"));
+    else
+        raiseWrongType("\"delete\" takes an object or the name of a file", call[0]);
     return {};
 }
 
@@ -92,6 +116,7 @@ constexpr FunctionRow rows[] = {
     {"addlistener", 3, 3, addlistenerFunction},
     {"axlinkoption", 1, 2, axlinkoptionFunction},
     {"delete", 1, 1, deleteFunction},
+    {"tempname", 0, 0, tempnameFunction},
 };
 
 } // namespace

@@ -111,7 +111,7 @@ TEST_F(Program, RunsTheFirstTour) {
 // Line by line what the examples' own records say.
 TEST_F(Program, ShowsWhatTheExamplesRecord) {
     const fs::path examples = VELSH_EXAMPLES;
-    for (const std::string name : {"values", "builtins", "events"}) {
+    for (const std::string name : {"values", "builtins", "events", "persistence"}) {
         std::ifstream recorded(examples / (name + ".out"), std::ios::binary);
         const std::string expected((std::istreambuf_iterator<char>(recorded)), {});
         const Outcome outcome = run(sampleServer() + quoted(examples / (name + ".vel")));
