@@ -63,10 +63,12 @@ extern "C" [[gnu::used]] EXCEPTION_DISPOSITION axlink2HandleFault(EXCEPTION_RECO
                                                                   DISPATCHER_CONTEXT* dispatcher) {
     constexpr DWORD unwinding = EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND |
                                 EXCEPTION_TARGET_UNWIND | EXCEPTION_COLLIDED_UNWIND;
-    // Warnings, notes to a debugger, and the compiler's own exceptions are none of its business.
-    constexpr DWORD severity = 0xC0000000;
+    // Servers raise codes of all kinds. Only the compiler's own exceptions find their way without
+    // it: those thrown, unwound and forced.
+    constexpr DWORD firstOwn = 0x20474343;
+    constexpr DWORD lastOwn = 0x22474343;
     const DWORD code = record->ExceptionCode;
-    if ((record->ExceptionFlags & unwinding) != 0 || (code & severity) != severity)
+    if ((record->ExceptionFlags & unwinding) != 0 || (code >= firstOwn && code <= lastOwn))
         return ExceptionContinueSearch;
 
     // The stack grows down: a region that began later lies below.
