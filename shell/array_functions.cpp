@@ -36,7 +36,7 @@ Values filled(const Call& call, hxClassID type, double value) {
         withElementType(type, [&](auto* element) {
             using Element = std::remove_pointer_t<decltype(element)>;
             auto* data = static_cast<Element*>(hxGetWritableData(array.writable()));
-            std::fill_n(data, countOf(array.get()), numberTo<Element>(value));
+            std::fill_n(data, countOf(array.get()), velmar::convertNumber<Element>(value));
         });
     return {array};
 }

@@ -56,7 +56,7 @@ Value toNumbers(const hxArray* array, hxClassID type) {
         forEachNumber(array, [&](std::size_t i, WideNumber value) {
             if (std::is_same_v<Element, bool> && std::isnan(value))
                 raise("wrongtype", "NaN is neither true nor false.");
-            data[i] = numberTo<Element>(value);
+            data[i] = velmar::convertNumber<Element>(value);
         });
     });
     return result;
@@ -77,7 +77,7 @@ Value toChar(const hxArray* array) {
     if (!isNumberLike(array)) raiseWrongType("Characters are made from numbers and text", array);
     std::u16string characters(countOf(array), u' ');
     forEachNumber(array, [&](std::size_t i, WideNumber value) {
-        characters[i] = static_cast<char16_t>(roundAndSaturate<std::uint16_t>(value));
+        characters[i] = velmar::convertNumber<char16_t>(value);
     });
     return charArray(characters, extentsOf(array));
 }

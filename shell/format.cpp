@@ -62,7 +62,7 @@ std::string formatNumber(const Conversion& conversion, WideNumber value) {
     if (value > static_cast<WideNumber>(INT64_MAX))
         return printed(start + "llu", static_cast<unsigned long long>(value));
     const char letter = conversion.letter == 'u' && value < 0 ? 'd' : conversion.letter;
-    return printed(start + "ll" + letter, roundAndSaturate<std::int64_t>(value));
+    return printed(start + "ll" + letter, velmar::convertNumber<std::int64_t>(value));
 }
 
 std::string formatArgument(const Conversion& conversion, const Argument& argument) {

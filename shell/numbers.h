@@ -1,6 +1,7 @@
 // Reading and making numeric, logical and char data by its C++ type.
 #pragma once
 
+#include "host/number_conversion.h"
 #include "shell/value.h"
 
 #include <cmath>
@@ -46,28 +47,6 @@ decltype(auto) withElementType(hxClassID type, Use use) {
 
 // Wide enough for every element type, 64-bit integers included.
 using WideNumber = long double;
-
-// To an integer: nearest, halves away from zero, saturated, NaN gives 0.
-template <class To>
-To roundAndSaturate(WideNumber value) {
-    if (std::isnan(value)) return 0;
-    value = std::round(value);
-    if (value <= static_cast<WideNumber>(std::numeric_limits<To>::min()))
-        return std::numeric_limits<To>::min();
-    if (value >= static_cast<WideNumber>(std::numeric_limits<To>::max()))
-        return std::numeric_limits<To>::max();
-    return static_cast<To>(value);
-}
-
-template <class To>
-To numberTo(WideNumber value) {
-    if constexpr (std::is_same_v<To, bool>)
-        return value != 0;
-    else if constexpr (std::is_floating_point_v<To>)
-        return static_cast<To>(value);
-    else
-        return roundAndSaturate<To>(value);
-}
 
 // Calls `use(index, value)` for every element of a full, real array.
 template <class Use>

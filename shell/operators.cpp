@@ -110,7 +110,8 @@ Value applyArithmetic(Op op, const hxArray* a, const hxArray* b, const Extents& 
         using Work = std::conditional_t<std::is_floating_point_v<Element>, Element, WideNumber>;
         auto* data = static_cast<Element*>(hxGetWritableData(result.writable()));
         forEachPair(a, b, countOf(result.get()), [&](std::size_t i, WideNumber x, WideNumber y) {
-            data[i] = numberTo<Element>(arithmetic(op, static_cast<Work>(x), static_cast<Work>(y)));
+            data[i] = velmar::convertNumber<Element>(
+                arithmetic(op, static_cast<Work>(x), static_cast<Work>(y)));
         });
     });
     return result;

@@ -14,6 +14,9 @@ struct Places {
     Extents shape;                                   // of what they read
 };
 
+// Extents as `count` subscripts see them: the last one covers the rest, and any further ones are 1.
+Extents foldedExtents(Extents extents, std::size_t count);
+
 // Raises for what is no subscript; whether the places exist is the caller's question.
 Places resolve(const hxArray* array, const Subscripts& subscripts);
 

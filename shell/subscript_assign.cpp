@@ -77,12 +77,12 @@ Extents grownExtents(const hxArray* array, const Places& places) {
         if (own.size() == 2 && own[1] == 1) return {length, 1};
         raise("badsubscript", "A matrix can't grow by a single index; use a row and a column.");
     }
-    if (places.needed.size() != own.size())
+    if (places.needed.size() < own.size())
         raise("badsubscript", "An array grows only with one subscript for each dimension.");
-    Extents grown = own;
-    for (std::size_t i = 0; i < grown.size(); ++i)
-        grown[i] = std::max(own[i], places.needed[i]);
-    return grown;
+    own.resize(places.needed.size(), 1);
+    for (std::size_t i = 0; i < own.size(); ++i)
+        own[i] = std::max(own[i], places.needed[i]);
+    return own;
 }
 
 // ":" as a subscript of an empty array stands for as many places as the value has.
@@ -129,12 +129,6 @@ std::vector<ElementRef> spread(const hxArray* array, const Extents& grown) {
     return elements;
 }
 
-Extents foldedTo(Extents extents, std::size_t count) {
-    for (; extents.size() > count; extents.pop_back())
-        extents[extents.size() - 2] *= extents.back();
-    return extents;
-}
-
 } // namespace
 
 void assignIndexed(Value& array, const Subscripts& given, const Value& givenValue) {
@@ -144,7 +138,7 @@ void assignIndexed(Value& array, const Subscripts& given, const Value& givenValu
     const Places places = resolve(array.get(), subscripts);
     const Extents grown = grownExtents(array.get(), places);
     const std::vector<std::size_t> linear =
-        linearPlaces(places, foldedTo(grown, subscripts.size()));
+        linearPlaces(places, foldedExtents(grown, subscripts.size()));
     const std::size_t count = countOf(value.get());
     if (count != 1 && count != linear.size())
         raise("dimagree", std::to_string(linear.size()) + " elements are assigned to, but " +

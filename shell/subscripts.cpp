@@ -51,15 +51,6 @@ std::vector<std::size_t> positionsOf(const Subscript& subscript, std::size_t ext
     return positions;
 }
 
-// The extents as `count` subscripts see them: the last one covers the rest.
-Extents foldedExtents(const hxArray* array, std::size_t count) {
-    Extents extents = extentsOf(array);
-    extents.resize(std::max(extents.size(), count), 1);
-    for (; extents.size() > count; extents.pop_back())
-        extents[extents.size() - 2] *= extents.back();
-    return extents;
-}
-
 bool isVector(const Extents& extents) {
     return extents.size() == 2 && (extents[0] == 1 || extents[1] == 1);
 }
@@ -78,10 +69,17 @@ Extents shapeOfLinear(const hxArray* array, const Subscript& subscript, std::siz
 
 } // namespace
 
+Extents foldedExtents(Extents extents, std::size_t count) {
+    extents.resize(std::max(extents.size(), count), 1);
+    for (; extents.size() > count; extents.pop_back())
+        extents[extents.size() - 2] *= extents.back();
+    return extents;
+}
+
 Places resolve(const hxArray* array, const Subscripts& subscripts) {
     Places places;
     if (subscripts.empty()) raise("badsubscript", "An index is missing between the parentheses.");
-    places.extents = foldedExtents(array, subscripts.size());
+    places.extents = foldedExtents(extentsOf(array), subscripts.size());
     places.needed.resize(subscripts.size());
     std::size_t count = 1;
     for (std::size_t i = 0; i < subscripts.size(); ++i) {
@@ -152,7 +150,7 @@ Values indexContents(const hxArray* cell, const Subscripts& subscripts) {
 }
 
 double endOf(const hxArray* array, std::size_t position, std::size_t count) {
-    return static_cast<double>(foldedExtents(array, count)[position]);
+    return static_cast<double>(foldedExtents(extentsOf(array), count)[position]);
 }
 
 } // namespace velsh

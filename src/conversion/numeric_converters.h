@@ -6,9 +6,9 @@
 #include "host/array.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
+#include "host/number_conversion.h"
 
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 
 namespace axlink2 {
@@ -63,18 +63,6 @@ class ArgVLNumericConv<bool> : public ArgVarConverter {
     }
 };
 
-// Rounds to the nearest integer, halves away from zero, and saturates at the limits of `T`. A NaN
-// gives 0.
-template <class T>
-T saturatedRound(double x) {
-    constexpr auto lowest = static_cast<double>(std::numeric_limits<T>::min());
-    constexpr auto highest = static_cast<double>(std::numeric_limits<T>::max());
-    if (x < lowest) return std::numeric_limits<T>::min();
-    if (x > highest) return std::numeric_limits<T>::max();
-    const double shifted = x >= 0.5 ? x + 0.5 : x <= -0.5 ? x - 0.5 : 0.0;
-    return static_cast<T>(shifted);
-}
-
 // A number of type `T` as a property: a double on the host's side. `T` is of at most 32 bits.
 template <class T>
 class PropVLNumericConv : public ArgVarConverter {
@@ -89,7 +77,7 @@ class PropVLNumericConv : public ArgVarConverter {
             if constexpr (std::is_same_v<T, float>)
                 VariantField<float>::set(v, static_cast<float>(value.number()));
             else
-                VariantField<T>::set(v, saturatedRound<T>(value.number()));
+                VariantField<T>::set(v, velmar::convertNumber<T>(value.number()));
             // Servers take the signed type for the unsigned one of 32 bits, bit by bit.
             if constexpr (std::is_same_v<T, std::uint32_t>) v.vt = VT_I4;
         });

@@ -1,9 +1,9 @@
 // Creating numeric, logical and char arrays, and reaching their data.
 #include "host/array.h"
 
+#include "host/array_numbers.h"
 #include "host/array_store.h"
 #include "host/host_messages.h"
-#include "host/number_conversion.h"
 #include "platform/text.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The host's types whose values are arrays.
+#include "host/array_numbers.h"
 #include "host/host_types.h"
-#include "host/number_conversion.h"
 #include "host/object_array.h"
 #include "host/text.h"
 

@@ -1,6 +1,6 @@
 // Numbers as text.
+#include "host/array_numbers.h"
 #include "host/display.h"
-#include "host/number_conversion.h"
 
 #include <array>
 #include <cmath>

@@ -1,7 +1,6 @@
-// Numbers of host arrays as other numbers: to nearest, halves away from zero, saturated.
+// Numbers as other numbers: to nearest, halves away from zero, saturated. The only rounding of
+// values there is, so that a number is the same integer wherever it becomes one.
 #pragma once
-
-#include "host/array_store.h"
 
 #include <cmath>
 #include <cstdint>
@@ -12,9 +11,10 @@
 namespace velmar {
 
 // std::round, without the C libraries that add a half first and so round 0.49999999999999994 up.
-inline double roundHalvesAway(double number) {
-    const double whole = std::trunc(number);
-    return std::fabs(number - whole) >= 0.5 ? whole + std::copysign(1.0, number) : whole;
+template <class Real>
+Real roundHalvesAway(Real number) {
+    const Real whole = std::trunc(number);
+    return std::fabs(number - whole) >= Real{0.5} ? whole + std::copysign(Real{1}, number) : whole;
 }
 
 // `number` as a T. An integer T doesn't take NaN: it gives 0.
@@ -36,42 +36,11 @@ T convertNumber(From number) {
     } else {
         using Limits = std::numeric_limits<T>;
         if (std::isnan(number)) return 0;
-        const double rounded = roundHalvesAway(static_cast<double>(number));
+        const From rounded = roundHalvesAway(number);
         // The upper limit of 64-bit types isn't a double; the next one above it is.
-        if (rounded >= std::ldexp(1.0, Limits::digits)) return Limits::max();
-        if (rounded <= static_cast<double>(Limits::min())) return Limits::min();
+        if (rounded >= std::ldexp(From{1}, Limits::digits)) return Limits::max();
+        if (rounded <= static_cast<From>(Limits::min())) return Limits::min();
         return static_cast<T>(rounded);
-    }
-}
-
-// Calls `visitor` with the element type's pointer to the store of a numeric, logical or char array.
-template <class Visitor>
-decltype(auto) visitNumbers(const hxArray& array, Visitor&& visitor) {
-    switch (array.classId) {
-    case hxSINGLE_CLASS:
-        return visitor(array.elements<const float>());
-    case hxINT8_CLASS:
-        return visitor(array.elements<const std::int8_t>());
-    case hxUINT8_CLASS:
-        return visitor(array.elements<const std::uint8_t>());
-    case hxINT16_CLASS:
-        return visitor(array.elements<const std::int16_t>());
-    case hxUINT16_CLASS:
-        return visitor(array.elements<const std::uint16_t>());
-    case hxINT32_CLASS:
-        return visitor(array.elements<const std::int32_t>());
-    case hxUINT32_CLASS:
-        return visitor(array.elements<const std::uint32_t>());
-    case hxINT64_CLASS:
-        return visitor(array.elements<const std::int64_t>());
-    case hxUINT64_CLASS:
-        return visitor(array.elements<const std::uint64_t>());
-    case hxLOGICAL_CLASS:
-        return visitor(array.elements<const bool>());
-    case hxCHAR_CLASS:
-        return visitor(array.elements<const char16_t>());
-    default:
-        return visitor(array.elements<const double>());
     }
 }
 

@@ -1,4 +1,5 @@
 // The host's types of one number and of one text.
+#include "host/array_numbers.h"
 #include "host/host_messages.h"
 #include "host/host_types.h"
 #include "host/number_conversion.h"

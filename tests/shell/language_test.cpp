@@ -27,6 +27,7 @@ TEST(Language, ArithmeticFollowsPrecedenceAndClasses) {
         {"disp(num2str([1 2 3] .* [4 5 6] ./ 2))", "2  5  9\n"},
         {"disp(num2str([int8(100) + 100, -int8(-128), uint8(3) - 5]))", "127  127  0\n"},
         {"disp(num2str([int32(2.5), int32(-2.5), int32(7) / 2]))", "3  -3  4\n"},
+        {"x = 0.49999999999999994; disp(num2str([int32(x), int32(-x), int8(1) * x]))", "0  0  0\n"},
         {"disp(num2str(int64(9007199254740993) + int64(2)))", "9007199254740994\n"},
         {"disp(class(single(1) + 1))", "single\n"},
         {"disp(num2str('a' + 1))", "98\n"},
