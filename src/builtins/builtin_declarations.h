@@ -18,10 +18,14 @@ constexpr SignatureStep optionalInputs(std::size_t count) {
     return {SignatureStep::OptionalInputs, nullptr, nullptr, count};
 }
 
-// The steps of a member, then its declaration.
-#define AXLINK2_BUILTIN(id, name, ...)                                                             \
+// The steps of a member, then its declaration. One that yields leaves calls to the server's own
+// method of that name where that fits; the others come first, because programs need them of every
+// object.
+#define AXLINK2_DECLARE(id, name, precedence, ...)                                                 \
     inline constexpr SignatureStep id##Steps[] = {__VA_ARGS__};                                    \
-    inline constexpr BuiltinDeclaration id = {name, id##Steps}
+    inline constexpr BuiltinDeclaration id = {name, hos::Precedence::precedence, id##Steps}
+#define AXLINK2_BUILTIN(id, name, ...) AXLINK2_DECLARE(id, name, First, __VA_ARGS__)
+#define AXLINK2_YIELDING(id, name, ...) AXLINK2_DECLARE(id, name, Last, __VA_ARGS__)
 
 AXLINK2_BUILTIN(release, "release", classInput);
 AXLINK2_BUILTIN(deleteObject, "delete", classInput, input("any"), variableInput);
@@ -53,18 +57,20 @@ AXLINK2_BUILTIN(isappdata, "isappdata", classInput, input("asciiString"),
 
 AXLINK2_BUILTIN(constructor, nullptr, input("asciiString"), input("unicodeString"),
                 input("asciiString"), output(ownClass));
-AXLINK2_BUILTIN(save, "save", classInput, input("unicodeString"));
-AXLINK2_BUILTIN(load, "load", classInput, input("unicodeString"));
-AXLINK2_BUILTIN(move, "move", classInput, optionalInputs(2), input("double"),
-                input("logical scalar"), output("double"));
-AXLINK2_BUILTIN(send, "send", classInput, output("any"));
-AXLINK2_BUILTIN(propedit, "propedit", classInput);
-AXLINK2_BUILTIN(interfaces, "interfaces", classInput, output("cell"));
+AXLINK2_YIELDING(save, "save", classInput, input("unicodeString"));
+AXLINK2_YIELDING(load, "load", classInput, input("unicodeString"));
+AXLINK2_YIELDING(move, "move", classInput, optionalInputs(2), input("double"),
+                 input("logical scalar"), output("double"));
+AXLINK2_YIELDING(send, "send", classInput, output("any"));
+AXLINK2_YIELDING(propedit, "propedit", classInput);
+AXLINK2_YIELDING(interfaces, "interfaces", classInput, output("cell"));
 
-AXLINK2_BUILTIN(saveobj, "saveobj", classInput, output("any"));
-AXLINK2_BUILTIN(loadobj, "loadobj", classInput, output("any"));
+AXLINK2_YIELDING(saveobj, "saveobj", classInput, output("any"));
+AXLINK2_YIELDING(loadobj, "loadobj", classInput, output("any"));
 
+#undef AXLINK2_YIELDING
 #undef AXLINK2_BUILTIN
+#undef AXLINK2_DECLARE
 // clang-format on
 
 } // namespace axlink2::declarations

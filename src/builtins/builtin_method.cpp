@@ -40,6 +40,7 @@ void declare(hos::HOSMethodSignature& signature, hos::HOSClass* owner, const Sig
 COMBuiltinMethodInfo::COMBuiltinMethodInfo(hos::HOSClass* owner,
                                            const BuiltinDeclaration& declaration)
     : name(declaration.name ? declaration.name : owner->getName()), ownerClass(owner),
+      precedence(declaration.precedence),
       signature(hos::HOSMethodSignature::createMethodSignature()) {
     for (const SignatureStep& step : declaration.steps)
         declare(*signature, owner, step);

@@ -20,9 +20,11 @@ struct SignatureStep {
 
 inline constexpr const char* ownClass = "";
 
-// A method's name, null for the class's own, and its signature step by step.
+// A method's name, null for the class's own, what it does when the server has a method of that name
+// that fits the call, too, and its signature step by step.
 struct BuiltinDeclaration {
     const char* name;
+    hos::Precedence precedence;
     std::span<const SignatureStep> steps;
 };
 
@@ -30,12 +32,14 @@ class COMBuiltinMethodInfo : public hos::HOSMethodInfo {
   public:
     const char* getName() const override { return name.c_str(); }
     hos::HOSMethodSignature* getSignature() const override { return signature.get(); }
+    hos::Precedence getPrecedence() const override { return precedence; }
 
   protected:
     COMBuiltinMethodInfo(hos::HOSClass* owner, const BuiltinDeclaration& declaration);
 
     std::string name;
     hos::HOSClass* ownerClass;
+    const hos::Precedence precedence;
     hos::HOSMethodSignaturePtr signature;
 };
 

@@ -39,6 +39,10 @@ class HOSMethodSignature {
 
 using HOSMethodSignaturePtr = std::unique_ptr<HOSMethodSignature>;
 
+// Among methods of one name the first of these whose inputs fit a call is called, whatever form is
+// closer; within one of them the closest form is.
+enum class Precedence { First, Usual, Last };
+
 class HOSMethodInfo {
   public:
     // Descriptions that a class takes over come from the host's own heap.
@@ -72,6 +76,7 @@ class HOSMethodInfo {
     virtual bool isLocked() const { return false; }
     virtual bool isExplicit() const { return false; }
     virtual bool doesMethodOverrideAllSignatures() const { return false; }
+    virtual Precedence getPrecedence() const { return Precedence::Usual; }
 };
 
 class HOSPropInfo {

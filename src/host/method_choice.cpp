@@ -21,6 +21,7 @@ MethodPlan::MethodPlan(hos::HOSMethodInfo& described) : method(&described) {
         std::max(signature->optionalInputs, std::size_t{variableInput ? 1u : 0u});
     required = inputs.size() - std::min(absent, inputs.size());
     callable = described.getMemberAccess() == 0;
+    precedence = described.getPrecedence();
 }
 
 bool MethodGroup::isCallable() const {
@@ -45,12 +46,14 @@ bool measure(const MethodPlan& plan, Inputs inputs, Fits* fits) {
 
 } // namespace
 
-const MethodPlan* MethodGroup::closest(Inputs inputs, std::size_t wanted) const {
+const MethodPlan* MethodGroup::closest(hos::Precedence precedence, Inputs inputs,
+                                       std::size_t wanted) const {
     const MethodPlan* best = nullptr;
     bool bestIsExact = false;
     Fits bestFits;
     Fits fits;
     for (const MethodPlan& plan : plans_) {
+        if (plan.precedence != precedence) continue;
         const bool isExact = inputs.size() >= plan.inputs.size();
         if (!plan.gives(wanted) || (best && bestIsExact && !isExact)) continue;
         if (!measure(plan, inputs, &fits)) continue;
@@ -67,8 +70,12 @@ const MethodPlan* MethodGroup::closest(Inputs inputs, std::size_t wanted) const 
 const MethodPlan& MethodGroup::choose(Inputs inputs, int outputCount) const {
     if (plans_.size() == 1 && measure(plans_.front(), inputs, nullptr)) return plans_.front();
     const auto wanted = static_cast<std::size_t>(std::max(outputCount, 0));
-    if (const MethodPlan* plan = closest(inputs, wanted)) return *plan;
-    if (const MethodPlan* plan = closest(inputs, 0)) return *plan; // says that it gives less
+    for (const auto precedence :
+         {hos::Precedence::First, hos::Precedence::Usual, hos::Precedence::Last}) {
+        if (const MethodPlan* plan = closest(precedence, inputs, wanted)) return *plan;
+        if (const MethodPlan* plan = closest(precedence, inputs, 0))
+            return *plan; // says that it gives less
+    }
     std::string candidates;
     for (const MethodPlan& plan : plans_)
         if (plan.callable) candidates += "\n  " + signatureText(*plan.method);

@@ -24,6 +24,7 @@ struct MethodPlan {
     bool variableInput = false;
     bool variableOutput = false;
     bool callable = false; // by any program
+    hos::Precedence precedence = hos::Precedence::Usual;
 
     bool takes(std::size_t count) const {
         return count >= required && (count <= inputs.size() || variableInput);
@@ -44,15 +45,16 @@ class MethodGroup final : public Hfunction_handle {
 
     void call(int outputCount, hxArray** outputs, int inputCount,
               const hxArray* const* inputs) override;
-    // The method that fits the inputs best, among those that give as many outputs as are wanted
-    // where one does. Raises when none fits the inputs.
+    // Of the highest precedence that has a method whose inputs fit, the method that fits best,
+    // among those that give as many outputs as are wanted where one does. Raises when none fits the
+    // inputs.
     const MethodPlan& choose(Inputs inputs, int outputCount) const;
     bool isCallable() const;
     const std::vector<MethodPlan>& plans() const { return plans_; }
 
   private:
     // Null when none fits.
-    const MethodPlan* closest(Inputs inputs, std::size_t wanted) const;
+    const MethodPlan* closest(hos::Precedence precedence, Inputs inputs, std::size_t wanted) const;
 
     hos::id name_;
     std::vector<MethodPlan> plans_;

@@ -57,6 +57,30 @@ const kit::ClassDefinition& Paged::definition() {
     return reordered;
 }
 
+// Has methods under names of built-in ones, and notes which was called.
+class Homonym : public Served<Homonym> {
+  public:
+    static constexpr const char* className = "Homonym";
+    static void declare(Builder& builder) {
+        builder.method("send", &Homonym::send, {"body"})
+            .method("save", &Homonym::save, {"destination"})
+            .method("move", &Homonym::move, {"x", "y", "z"})
+            .method("delete", &Homonym::erase, {"index"})
+            .method("get", &Homonym::fetch, {"name"})
+            .method("invoke", &Homonym::run, {"code", "times"})
+            .method("release", &Homonym::let, {"count"});
+    }
+    static inline std::string called;
+
+    void send(kit::Optional<platform::OleString> body) { called = body ? "send body" : "send"; }
+    void save(platform::ScopedVariant) { called = "save"; }
+    double move(double x, double y, double z) { return called = "move", x + y + z; }
+    void erase(double) { called = "delete"; }
+    double fetch(platform::OleString) { return called = "get", 5; }
+    void run(double, double) { called = "invoke"; }
+    void let(double) { called = "release"; }
+};
+
 using ServerMembers = BuiltinTest;
 
 TEST_F(ServerMembers, PropeditOnlyAsksForPages) {
@@ -106,6 +130,35 @@ TEST_F(ServerMembers, InterfacesListsThoseOfTheCoclassWithTheDefaultFirst) {
     EXPECT_EQ(warnings([&] { ask(0, array, "propedit"); }),
               std::vector<std::string>{"VELMAR:COM:noPropPage"});
     EXPECT_EQ(errorIn(array, "get", text("Nothing")), "VELMAR:COM:invalidmethodname");
+}
+
+TEST_F(ServerMembers, TheServersMethodsGoBeforeBuiltinsOfTheirNameThatYield) {
+    const Array one(hxCreateDoubleScalar(1)), name = text("Name"),
+                                              flag(hxCreateLogicalScalar(true));
+    const struct {
+        const char* method;
+        std::vector<const hxArray*> inputs;
+        const char* called; // nothing: the built-in
+    } rows[] = {
+        {"send", {}, "send"},
+        {"send", {name.get()}, "send body"},
+        {"save", {name.get()}, "save"},
+        {"move", {one.get(), flag.get(), one.get()}, "move"},
+        {"move", {one.get(), flag.get()}, ""},
+        {"release", {one.get()}, "release"},
+        {"invoke", {one.get(), one.get()}, "invoke"},
+        {"events", {}, ""},
+        {"delete", {one.get()}, "VELMAR:COM:toomanyinargs"},
+        {"get", {name.get()}, unknownName},
+    };
+    const Array h = start<Homonym>("Test.Homonym");
+    for (const auto& row : rows) {
+        Homonym::called.clear();
+        const std::string error = errorOf([&] { call(h, row.method, 0, row.inputs); });
+        EXPECT_EQ(Homonym::called + error, row.called) << row.method;
+    }
+    // What the server's doesn't give isn't looked for in the built-in.
+    EXPECT_EQ(errorOf([&] { ask(1, h, "send"); }), "VELMAR:maxlhs");
 }
 
 } // namespace
