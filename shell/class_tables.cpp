@@ -1,7 +1,6 @@
 // Rows in columns, and what stands in them.
 #include "shell/class_tables.h"
 
-#include "host/embedding.h"
 #include "shell/live_members.h"
 
 #include <algorithm>
@@ -24,15 +23,6 @@ std::string padded(const std::string& text, std::size_t width) {
 
 std::string withoutBlanksBehind(const std::string& line) {
     return line.substr(0, line.find_last_not_of(' ') + 1);
-}
-
-std::set<std::string> listedByServer(const hxArray* object) {
-    std::set<std::string> names;
-    const velmar::Arrays outputs = velmar::callMember(object, "invoke", 1, {});
-    if (!outputs.empty() && hxGetClassID(outputs.front().get()) == hxSTRUCT_CLASS)
-        for (const std::string& name : get_struct_field_names(outputs.front().get()))
-            names.insert(name);
-    return names;
 }
 
 } // namespace
@@ -75,16 +65,14 @@ std::string columnsOfNames(const std::string& heading, const std::vector<std::st
 MethodsOfObject::MethodsOfObject(const hxArray* object) {
     hos::HOSClass* const objectClass = classOf(object);
     if (!objectClass) return;
-    const bool hasList = velmar::hasMethod(object, "invoke");
-    const std::set<std::string> listed = hasList ? listedByServer(object) : std::set<std::string>();
-    std::set<std::string> others;
+    std::set<std::string> fixed;
     for (hos::HOSMethodInfo* method : callableMethods(*objectClass)) {
-        if (!hasList || listed.contains(method->getName()))
+        if (method->getPrecedence() == hos::Precedence::Usual)
             declared.push_back(method);
         else
-            others.insert(method->getName());
+            fixed.insert(method->getName());
     }
-    builtIn.assign(others.begin(), others.end());
+    builtIn.assign(fixed.begin(), fixed.end());
 }
 
 std::string accessText(const hos::HOSPropInfo& property) {

@@ -18,7 +18,7 @@ std::string table(const std::string& heading, const std::vector<Row>& rows);
 std::string columnsOfNames(const std::string& heading, const std::vector<std::string>& names);
 
 // The methods of an object's class, each in its order. Those that are there whatever the server has
-// are apart, by name, sorted; a class without a list of its server's methods has none of them.
+// are apart, by name, sorted.
 struct MethodsOfObject {
     explicit MethodsOfObject(const hxArray* object);
 

@@ -22,9 +22,10 @@ Value memberOf(const Value& value, const std::string& name) {
         const hxArray* field = hxGetField(value.get(), 0, name.c_str());
         return field ? copyOf(field) : Value();
     }
-    if (!isObject(value.get()) || !velmar::hasProperty(value.get(), name)) return Value();
-    velmar::Arrays outputs = velmar::callMember(value.get(), name, 1, {});
-    return outputs.empty() ? Value() : Value(std::move(outputs.front()));
+    if (!isObject(value.get()) || countOf(value.get()) != 1 ||
+        !velmar::hasProperty(value.get(), name))
+        return Value();
+    return Value(hxGetPropertyShared(value.get(), 0, name.c_str()));
 }
 
 using Names = std::set<std::string>;

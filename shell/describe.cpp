@@ -105,8 +105,9 @@ std::string shortened(const std::string& text) {
 std::string currentValue(const hxArray* object, const hos::HOSPropInfo& property) {
     if (property.getGetAccess() != 0) return {};
     try {
-        const velmar::Arrays outputs = velmar::callMember(object, property.getName(), 1, {});
-        return shortened(outputs.empty() ? "" : velmar::fieldText(outputs.front().get()));
+        // As a property: a method of that name may do anything.
+        const Value value(hxGetPropertyShared(object, 0, property.getName()));
+        return shortened(velmar::fieldText(value.get()));
     } catch (...) {
         const std::string text = velmar::describeError(std::current_exception()).text;
         return shortened("<" + firstLine(text) + ">");

@@ -23,6 +23,7 @@ TEST(Completion, OffersNamesAndMembers) {
     EXPECT_THAT(completed("whi"), ElementsAre("while"));
     EXPECT_THAT(completed("s."), ElementsAre("s.alpha", "s.beta"));
     EXPECT_THAT(completed("s.beta.g"), ElementsAre("s.beta.gamma"));
+    EXPECT_THAT(completed("h.delete."), IsEmpty());
     EXPECT_THAT(completed("h.Na"), ElementsAre("h.Name"));
     EXPECT_THAT(completed("h.Child.S"), ElementsAre("h.Child.Size", "h.Child.Split"));
     for (const char* word : {"nothing.", "number1.", "ended.", "h.Size."})

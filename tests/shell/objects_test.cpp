@@ -40,6 +40,7 @@ TEST_F(Objects, NamedAloneShowWhatTheyHave) {
                            "\nProperties\n"
                            "  Name    'a'                any\n"
                            "  Child   [1x1 Test.Widget]  any\n"
+                           "  delete  []                 any\n"
                            "  Size    [3 4]              any     read only\n"
                            "  Finish  <It is wet.>       Finish  read only\n"
                            "\nMethods\n"

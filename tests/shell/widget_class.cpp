@@ -58,9 +58,10 @@ const host_test::TestClass& widgetClass() {
                      {"Split", {"class", "double scalar"}, {"any", "any"}, split},
                      {"Item", {"class", "double scalar"}, {"any"}, item},
                      {"Fire", {"class", "double scalar"}, {}, fire},
-                     {"delete", {"class"}, {}, end}},
+                     {"delete", {"class"}, {"any"}, end}},
          .properties = {{.name = "Name", .stored = true},
                         {.name = "Child", .stored = true},
+                        {.name = "delete", .stored = true}, // looking at it ends nothing
                         {"Size", "any",
                          [] {
                              return hos::HOSValue::ofPointer(host_test::row({3, 4}).release());
