@@ -50,6 +50,17 @@ Value takeSingle(Values& current) {
                                         : "The next step needs one value, and a list is given.");
 }
 
+// The name of a class in a package, which takes two steps to write: COM.Sample_Server_1.
+std::string classNameIn(const std::string& package, std::span<const Accessor> steps) {
+    if (steps.empty() || steps.front().kind != Kind::Field || !velmar::hasPackage(package))
+        return {};
+    const std::string name = package + "." + steps.front().name.str();
+    if (!velmar::hasClass(name))
+        raise("UndefinedFunction",
+              "There is no class \"" + name + "\" yet: actxserver makes the class of a server.");
+    return name;
+}
+
 } // namespace
 
 // The array that `end` refers to while subscripts are evaluated.
@@ -69,7 +80,7 @@ class Evaluator::ScopedEnd {
 Values callFunction(const std::string& name, int outputCount, const Values& inputs) {
     const auto arrays = arraysOf(inputs);
     const bool hasObject = std::any_of(arrays.begin(), arrays.end(), isObject);
-    if (!hasObject && !velmar::hasFunction(name))
+    if (!hasObject && !velmar::hasFunction(name) && !velmar::hasClass(name))
         raise("UndefinedFunction", "\"" + name + "\" is neither a variable nor a function.");
     return toValues(velmar::call(name, outputCount, arrays), outputCount);
 }
@@ -116,9 +127,12 @@ Values Evaluator::evaluateChain(const Chain& chain, int outputCount) {
     if (variable != variables_.end())
         current.push_back(variable->second);
     else if (name) {
-        const bool hasArguments = steps.front().kind == Kind::Paren;
+        const std::string className = classNameIn(name->name, steps);
+        if (!className.empty()) steps = steps.subspan(1);
+        const bool hasArguments = !steps.empty() && steps.front().kind == Kind::Paren;
         const std::size_t taken = hasArguments ? 1 : 0;
-        current = callName(name->name, hasArguments ? &steps.front() : nullptr,
+        current = callName(className.empty() ? name->name : className,
+                           hasArguments ? &steps.front() : nullptr,
                            taken == steps.size() ? outputCount : 1);
         steps = steps.subspan(taken);
     } else

@@ -141,6 +141,7 @@ constexpr decltype(&persistThrough<IPersistFile, IID_IPersistFile>) ways[] = {
 void saveOrLoad(const hos::HOSValue* inputs, bool isLoad) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
+    if (!recordOf(object)->dispatch) hmsgcore::raise(VELMAR::COM::invalidmethodname());
     HRESULT status = S_OK;
     persistObject(serverOf(object).get(), hsys::i18n::to_wstring(*inputs[1].text()), &status,
                   isLoad);

@@ -3,12 +3,15 @@
 
 #include "comruntime/com_error.h"
 #include "comruntime/guarded_invoke.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
 #include "platform/holders.h"
 
 namespace axlink2 {
 
 // `guardedInvoke` with the arguments in `params`; the result goes to `*result`, unless that is
-// null. Raises the error of a failed call. Inline, since every member call passes through it.
+// null. Raises the error of a failed call, "VELMAR:COM:invalidmethodname" without server. Inline,
+// since every member call passes through it.
 [[gnu::always_inline]] inline void invokeOrThrow(IDispatch* server, DISPID dispid, WORD flags,
                                                  DISPPARAMS& params,
                                                  platform::ScopedVariant* result) {
@@ -19,6 +22,7 @@ namespace axlink2 {
         guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, flags, &params,
                       result ? result->inOut() : nullptr, &excepInfo.info, &argumentError);
     if (SUCCEEDED(hr)) return;
+    if (!server) hmsgcore::raise(VELMAR::COM::invalidmethodname());
     if (result) (void)result->detach(); // an out-parameter of a failed call is not to be trusted
     throwCOMError(hr, excepInfo, argumentError, argumentCount);
 }

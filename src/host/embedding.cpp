@@ -39,6 +39,14 @@ hos::HOSInterface& oneObject(const hxArray* object, hos::id name) {
 
 } // namespace
 
+bool hasPackage(const std::string& name) {
+    return hos::HOSPackage::getNamespace(hos::internal::findInterned(name.c_str()));
+}
+
+bool hasClass(const std::string& name) {
+    return findLiveClass(hos::internal::findInterned(name.c_str()));
+}
+
 Arrays call(const std::string& name, int outputCount, Inputs inputs) {
     Hdispatcher& dispatcher = Hdispatcher::getDispatcher();
     const hos::id symbol = hos::internal::makeInterned(std::string(name));

@@ -40,6 +40,10 @@ using Function = std::function<void(int outputCount, harray::unique_array* outpu
                                     const hxArray* const* inputs)>;
 void defineFunction(const std::string& name, Function function);
 bool hasFunction(const std::string& name);
+// Whether there is a package or a class of that full name; a class can be called like a function
+// when it has a constructor.
+bool hasPackage(const std::string& name);
+bool hasClass(const std::string& name);
 
 // Loads a module from its shared library and calls its registration function; its builtin functions
 // `actxserver` and `actxGetRunningServer` become host functions. Raises `std::runtime_error` with a

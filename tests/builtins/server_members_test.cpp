@@ -129,7 +129,19 @@ TEST_F(ServerMembers, InterfacesListsThoseOfTheCoclassWithTheDefaultFirst) {
     EXPECT_EQ(plain(ask(1, array, "interfaces").get()), "{}(0x1)");
     EXPECT_EQ(warnings([&] { ask(0, array, "propedit"); }),
               std::vector<std::string>{"VELMAR:COM:noPropPage"});
-    EXPECT_EQ(errorIn(array, "get", text("Nothing")), "VELMAR:COM:invalidmethodname");
+}
+
+TEST_F(ServerMembers, AnObjectThatWasMadeWithoutAServerSaysSo) {
+    start<Gadget>("Test.Gadget");
+    const Array any = text("Name"), server = text("server"), none = text("none");
+    const Array h = std::move(
+        velmar::call("COM.Test_Gadget", 1, {server.get(), any.get(), none.get()}).front());
+    const std::string noServer = "VELMAR:COM:invalidmethodname";
+    for (const char* method : {"Reset", "Name", "NewGadget"})
+        EXPECT_EQ(errorIn(h, method), noServer) << method;
+    for (const char* method : {"get", "save", "load", "invoke"})
+        EXPECT_EQ(errorIn(h, method, any), noServer) << method;
+    EXPECT_EQ(errorIn(h, "set", any, any), noServer);
 }
 
 TEST_F(ServerMembers, TheServersMethodsGoBeforeBuiltinsOfTheirNameThatYield) {

@@ -30,6 +30,10 @@ TEST_F(Objects, MembersAreReadAndCalledInChains) {
         {"m = 'Add'; disp(h.(m)(1, 1))", "2\n"},
         {"disp(class(h)), disp(isvalid(h)), disp(isequal(h, h.Child))", "Test.Widget\n1\n0\n"},
         {"a = [h h.Child]; disp(a(2).Name), disp(numel(a))", "b\n2\n"},
+        {"Test.Widget('x')", "The class Test.Widget can't be called as a function: it has no "
+                             "constructor. (VELMAR:class:NoConstructor)\n"},
+        {"Test.Other(1)", "There is no class \"Test.Other\" yet: actxserver makes the class of a "
+                          "server. (VELMAR:UndefinedFunction)\n"},
         {"h.Nothing", "The class Test.Widget has no method or property named 'Nothing'. "
                       "(VELMAR:UndefinedFunction)\n"},
     });

@@ -137,6 +137,14 @@ TEST_F(Program, SetsTheOptionsOfTheModule) {
               "\"PassSafeArrayByRef\". (VELMAR:axlinkoption)\n");
 }
 
+TEST_F(Program, CallsAClassToMakeAnObject) {
+    const std::string code = "h = actxserver('Sample.Server.1'); "
+                             "h = COM.Sample_Server_1('server', '', 'IDispatch'); "
+                             "disp(h.Compute(2)), disp(COM.Sample_Server_1('server', '', "
+                             "'IDispatch').Compute(2))";
+    EXPECT_EQ(run(sampleServer() + "-e \"" + code + "\"").seen, "5\n5\n");
+}
+
 TEST_F(Program, DescribesTheClassOfAServer) {
     const Outcome outcome = run(sampleServer() + "--describe Sample.Server.1");
     EXPECT_EQ(outcome.status, 0) << outcome.seen;
