@@ -41,7 +41,7 @@ IDispatch* passedServerOf(const hxArray* objects) {
     hos::HOSClass* owner = object->getClass();
     if (!owner || !dynamic_cast<COMBaseClassInfo*>(owner->getClassInfo())) return nullptr;
     const COMInstanceRecord* record = recordOf(object);
-    if (!record || !record->dispatch) raiseInvalidHandle();
+    if (!record || !record->dispatch) hmsgcore::raise(VELMAR::COM::invalidmethodname());
     return record->dispatch;
 }
 

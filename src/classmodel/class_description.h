@@ -68,7 +68,8 @@ class COMInterfaceClassInfo : public COMBaseClassInfo {
 
 // The server of the object in element 0, which goes to a server as a value. Null when there is no
 // object, and for one of a class that isn't generated, whose data is something else. Raises
-// "VELMAR:class:InvalidHandle" for an object that has ended or has no server.
+// "VELMAR:class:InvalidHandle" for an object that has ended, "VELMAR:COM:invalidmethodname" for one
+// that never had a server.
 IDispatch* passedServerOf(const hxArray* objects);
 
 } // namespace axlink2

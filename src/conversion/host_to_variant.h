@@ -19,8 +19,9 @@ namespace axlink2 {
 //
 // An empty or NaN double is a missing argument. A class without a conversion leaves VT_EMPTY, with
 // the warning "VELMAR:COM:invalidargumenttype". Raises that identifier for complex arrays and for
-// an empty value of a class that has no by-reference form, "VELMAR:class:InvalidHandle" for an
-// object that has ended, and what the array conversions raise.
+// an empty value of a class that has no by-reference form, "VELMAR:class:InvalidHandle" or
+// "VELMAR:COM:invalidmethodname" for an object that has ended or has no server, and what the array
+// conversions raise.
 void hostToVariant(VARIANT* base, const hxArray* value, bool byRef, int row, int col, int rows,
                    bool forceArray, ReferenceHolders* holders);
 

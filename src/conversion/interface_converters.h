@@ -15,8 +15,8 @@ class ArgInterfaceConverter : public ArgVarConverter {
     // VT_PTR, which may point at anything, what is none is converted like any VARIANT.
     hos::HOSValue fromVariantFor(VARIANT& v, const hos::HOSInterfacePtr& owner,
                                  const char* memberName) override;
-    // Raises "VELMAR:class:InvalidHandle" for an object that has ended or has no server, and for
-    // anything else that is no object of a generated class.
+    // Raises "VELMAR:class:InvalidHandle" for an object that has ended and for what is no object of
+    // a generated class, "VELMAR:COM:invalidmethodname" for an object without server.
     void toVariant(hos::HOSValue value, VARIANT* out, VARIANT* backing, bool byRef) override;
     void retainForPut(VARIANT* v) override;
 

@@ -116,7 +116,7 @@ class ArgVLCharConv : public ArgVarConverter {
     // Of a character, its low byte.
     static T byteOf(const hxArray* array) {
         if (hxGetClassID(array) == hxCHAR_CLASS) return *static_cast<const T*>(hxGetData(array));
-        return saturatedRound<T>(hxGetScalar(array));
+        return velmar::convertNumber<T>(hxGetScalar(array));
     }
 };
 

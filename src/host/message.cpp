@@ -60,7 +60,8 @@ const HsysLocale& HsysLocale::global() {
 
 std::u16string MessageCatalog::get_message(const hmsgcore::BaseMsgID& message, const HsysLocale&) {
     const std::string key = message.component + ":" + message.key;
-    const bool isAtZero = !message.arguments.empty() && message.arguments[0].text == u"0";
+    const bool isAtZero = !message.arguments.empty() &&
+                          message.arguments[0] == hmsgcore::MessageArgument(std::int64_t{0});
     auto found = isAtZero ? catalogue().find(key + "@0") : catalogue().end();
     if (found == catalogue().end()) found = catalogue().find(key);
     if (found == catalogue().end()) return platform::utf16FromUtf8(key);

@@ -269,7 +269,7 @@ TEST_F(HostToVariant, AnObjectLendsItsInterface) {
     }
     // One that has no server is no more of a value than one that has ended.
     const Array serverless = objectArray(makeObject(classOf(object)));
-    EXPECT_EQ(sent(serverless.get()), "VELMAR:class:InvalidHandle");
+    EXPECT_EQ(sent(serverless.get()), "VELMAR:COM:invalidmethodname");
     destroy(object);
     const Array held = cell(Array(hxCreateSharedDataCopy(object.get())));
     for (const Array* value : {&object, &held})
