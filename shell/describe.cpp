@@ -43,7 +43,7 @@ hos::id firstInput(const hos::HOSMethodInfo& method) {
 
 // The signature without the object, which stands before the dot in a program.
 std::string signatureWithoutObject(const hos::HOSMethodInfo& method) {
-    std::string text = velmar::signatureText(method);
+    std::string text = velmar::labelledSignatureText(method);
     const std::string object = firstInput(method).str();
     const std::size_t at = text.find("(" + object);
     if (at == std::string::npos || object.empty()) return text;

@@ -46,7 +46,7 @@ struct COMMemberSignature {
     std::vector<COMMemberType> parameterTypes;
     std::vector<bool> byReference;
     std::vector<std::uint16_t> parameterFlags;
-    std::vector<std::string> parameterNames; // events only; may be shorter than the others
+    std::vector<std::string> parameterNames; // may be shorter than the others
 };
 
 // What stands under one DISPID.

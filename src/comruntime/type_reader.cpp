@@ -46,6 +46,38 @@ void append(COMMemberSignature& signature, const ELEMDESC& parameter, COMMemberT
     signature.byReference.push_back(parameter.tdesc.vt == VT_PTR);
 }
 
+// The parameters' names; fewer, or none, when the type information gives fewer.
+std::vector<std::string> parameterNames(ITypeInfo* type, const FUNCDESC& function,
+                                        std::size_t count) {
+    if (count == 0) return {};
+    std::vector<BSTR> raw(count + 1, nullptr);
+    std::vector<platform::ScopedBstr> names;
+    names.reserve(raw.size()); // so that nothing fails while the names belong to nobody
+    UINT given = 0;
+    const HRESULT hr = askServer([&] {
+        return type->GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &given);
+    });
+    if (SUCCEEDED(hr))
+        for (BSTR name : raw)
+            names.push_back(platform::ScopedBstr::adopt(name));
+
+    std::vector<std::string> result;
+    for (std::size_t index = 1; index < names.size() && index < given; ++index)
+        result.push_back(narrowName(names[index].get()).value_or(std::string()));
+    return result;
+}
+
+// The names of the parameters that aren't the result, in order. A signature may end before them.
+std::vector<std::string> keptNames(ITypeInfo* type, const FUNCDESC& function,
+                                   const Parameters& parameters) {
+    std::vector<std::string> names = parameterNames(type, function, parameters.count);
+    std::size_t index = 0;
+    std::erase_if(names, [&](const std::string&) {
+        return parameters.first[index++].paramdesc.wParamFlags & PARAMFLAG_FRETVAL;
+    });
+    return names;
+}
+
 class Reader {
   public:
     Reader(IDispatch* server, COMTypeDescription& description)
@@ -137,6 +169,8 @@ std::unique_ptr<COMMemberSignature> Reader::readSignature(ITypeInfo* type,
         if ((flags & (PARAMFLAG_FIN | PARAMFLAG_FOPT)) == PARAMFLAG_FIN)
             signature->requiresInput = true;
     }
+    if (!signature->parameterTypes.empty() && function.invkind != INVOKE_PROPERTYPUT)
+        signature->parameterNames = keptNames(type, function, parameters);
     signature->optionalCount = function.cParamsOpt;
     signature->returnType = std::move(result);
     if (function.invkind != INVOKE_PROPERTYPUT && isUnsupported(signature->returnType))
@@ -158,27 +192,6 @@ void Reader::walkEvents(ITypeInfo* type) {
         if (function && !(function->wFuncFlags & (FUNCFLAG_FRESTRICTED | FUNCFLAG_FHIDDEN)))
             readEvent(source.get(), *function);
     }
-}
-
-// The parameters' names; fewer, or none, when the type information gives fewer.
-std::vector<std::string> parameterNames(ITypeInfo* type, const FUNCDESC& function,
-                                        std::size_t count) {
-    if (count == 0) return {};
-    std::vector<BSTR> raw(count + 1, nullptr);
-    std::vector<platform::ScopedBstr> names;
-    names.reserve(raw.size()); // so that nothing fails while the names belong to nobody
-    UINT given = 0;
-    const HRESULT hr = askServer([&] {
-        return type->GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &given);
-    });
-    if (SUCCEEDED(hr))
-        for (BSTR name : raw)
-            names.push_back(platform::ScopedBstr::adopt(name));
-
-    std::vector<std::string> result;
-    for (std::size_t index = 1; index < names.size() && index < given; ++index)
-        result.push_back(narrowName(names[index].get()).value_or(std::string()));
-    return result;
 }
 
 void Reader::readEvent(ITypeInfo* type, const FUNCDESC& function) {

@@ -41,10 +41,14 @@ COMIDispMethodInfo::COMIDispMethodInfo(hos::HOSClass* owner, DISPID dispid,
       resultConverter(getArgConverter(entry.resultType())),
       arguments(argumentInfos(entry.method ? *entry.method : *entry.propertyGet)),
       invokeKind(entry.method ? DISPATCH_METHOD : DISPATCH_PROPERTYGET) {
-    declareSignature();
+    declareSignature((entry.method ? *entry.method : *entry.propertyGet).parameterNames);
 }
 
-void COMIDispMethodInfo::declareSignature() {
+void COMIDispMethodInfo::declareSignature(const std::vector<std::string>& names) {
+    const auto labelOf = [&](const COMArgInfo& argument) {
+        const auto index = static_cast<std::size_t>(&argument - arguments.data());
+        return index < names.size() ? internedId(names[index]) : hos::id();
+    };
     hos::id classId;
     signature->addInput(*ownerClass->getID(&classId));
     std::size_t optionalCount = 0;
@@ -54,7 +58,7 @@ void COMIDispMethodInfo::declareSignature() {
             signature->addInput(internedId("any"), internedId("varargin"));
             signature->setVariableInput();
         } else {
-            signature->addInput(argument.converter->getDataType().getID());
+            signature->addInput(argument.converter->getDataType().getID(), labelOf(argument));
         }
         if (argument.optional) ++optionalCount;
     }
@@ -62,7 +66,8 @@ void COMIDispMethodInfo::declareSignature() {
 
     if (hasResult()) signature->addOutput(resultConverter->getDataType().getID());
     for (const COMArgInfo& argument : arguments)
-        if (argument.output) signature->addOutput(argument.converter->getDataType().getID());
+        if (argument.output)
+            signature->addOutput(argument.converter->getDataType().getID(), labelOf(argument));
 }
 
 void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,

@@ -25,7 +25,7 @@ class COMIDispMethodInfo : public hos::HOSMethodInfo {
                 std::int32_t inputCount, hos::HOSValue* inputs) override;
 
   private:
-    void declareSignature();
+    void declareSignature(const std::vector<std::string>& names);
     bool hasResult() const { return resultConverter->vartype != VT_VOID; }
     bool takesAnyNumber() const { return !arguments.empty() && arguments.back().variable; }
 

@@ -134,4 +134,7 @@ std::size_t liveObjectCount();
 // The member signature as text, "[double,int32] = Name(COM.X, double)", for a description.
 std::string signatureText(const hos::HOSMethodInfo& method);
 
+// The same with the names of inputs and outputs behind their types, for people alone.
+std::string labelledSignatureText(const hos::HOSMethodInfo& method);
+
 } // namespace velmar

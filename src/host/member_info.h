@@ -27,7 +27,7 @@ class HOSMethodSignature {
     virtual Enumeration<id>* getInputs(Enumeration<id>* out) const = 0;
     virtual Enumeration<id>* getOutputs(Enumeration<id>* out) const = 0;
     virtual void addInput(id type) = 0;
-    virtual void addInput(id type, id label) = 0;
+    virtual void addInput(id type, id label) = 0; // which only people read
     virtual void addOutput(id type) = 0;
     // The last declared input may repeat, or be absent.
     virtual void setVariableInput() = 0;
@@ -35,6 +35,7 @@ class HOSMethodSignature {
     virtual void setOptionalInputCount(std::size_t count) = 0;
     // The last declared output may repeat.
     virtual void setVariableOutput() = 0;
+    virtual void addOutput(id type, id label) = 0;
 };
 
 using HOSMethodSignaturePtr = std::unique_ptr<HOSMethodSignature>;

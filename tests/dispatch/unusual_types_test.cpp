@@ -103,6 +103,16 @@ TEST_F(UnusualTypes, CodesGoAsErrorsAndComeBackAsNumbers) {
     EXPECT_EQ(arguments[0].vt, VT_INT | VT_BYREF);
 }
 
+TEST_F(UnusualTypes, ParametersHaveNamesForPeopleAlone) {
+    const hos::HOSMethodInfo& codes = *method(object, "Codes");
+    EXPECT_EQ(velmar::labelledSignatureText(codes),
+              "[int32 scalar, int32 scalar both, int32 scalar out, int32 scalar number] = "
+              "Codes(COM.Test_Unusual, int32 scalar in, int32 scalar both)");
+    EXPECT_EQ(velmar::signatureText(codes),
+              "[int32 scalar, int32 scalar, int32 scalar, int32 scalar] = "
+              "Codes(COM.Test_Unusual, int32 scalar, int32 scalar)");
+}
+
 TEST_F(UnusualTypes, AnInterfaceIsLentForTheTimeOfTheCall) {
     call(object, "Take", 0, {object.get()});
     EXPECT_EQ(Unusual::seen, 2u);
@@ -185,8 +195,8 @@ TEST_F(UnusualTypes, AVariantBehindAReferenceIsReadBeforeTheServerChangesIt) {
 }
 
 TEST_F(UnusualTypes, AnyNumberOfInputsAreArgumentsOfTheirOwn) {
-    EXPECT_EQ(velmar::signatureText(*method(object, "Any")),
-              "int32 scalar = Any(COM.Test_Unusual, unicodeString, any...)");
+    EXPECT_EQ(velmar::labelledSignatureText(*method(object, "Any")),
+              "int32 scalar = Any(COM.Test_Unusual, unicodeString name, any varargin...)");
     kit::CallLog log;
     const Array name = text("n");
     const Array pair = doubles({1, 2}, {1, 2});
