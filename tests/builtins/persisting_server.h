@@ -23,8 +23,9 @@ class PersistingServer : public Served<PersistingServer>,
     // What the objects do, for the length of a test.
     struct Script {
         std::vector<IID> offered;
-        HRESULT refusal; // of QueryInterface altogether, when it is a failure
+        HRESULT refusal; // of QueryInterface for what isn't offered, when it is a failure
         std::map<std::string, HRESULT> results; // of calls by name; S_OK for the rest
+        std::function<void(LPCOLESTR)> withFile;
         std::function<void(IStorage*)> withStorage;
         std::function<void(IStream*)> withStream;
         std::function<void()> whenAsked; // once, for an interface or type information
@@ -35,7 +36,8 @@ class PersistingServer : public Served<PersistingServer>,
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         if (iid != IID_IDispatch && iid != IID_IUnknown && script.whenAsked)
             std::exchange(script.whenAsked, {})();
-        if (SUCCEEDED(script.refusal) || iid == IID_IDispatch || iid == IID_IUnknown)
+        const bool isOffered = std::ranges::count(script.offered, iid) > 0;
+        if (SUCCEEDED(script.refusal) || isOffered || iid == IID_IDispatch || iid == IID_IUnknown)
             return DispatchObject::QueryInterface(iid, object);
         *object = nullptr;
         return script.refusal;
@@ -51,8 +53,12 @@ class PersistingServer : public Served<PersistingServer>,
         *id = clsid();
         return answer("GetClassID");
     }
-    HRESULT STDMETHODCALLTYPE Load(LPCOLESTR, DWORD) override { return answer("File.Load"); }
-    HRESULT STDMETHODCALLTYPE Save(LPCOLESTR, BOOL) override { return answer("File.Save"); }
+    HRESULT STDMETHODCALLTYPE Load(LPCOLESTR path, DWORD mode) override {
+        return answer(mode ? "File.LoadOtherwise" : "File.Load", script.withFile, path);
+    }
+    HRESULT STDMETHODCALLTYPE Save(LPCOLESTR path, BOOL remember) override {
+        return answer(remember ? "File.SaveAndRemember" : "File.Save", script.withFile, path);
+    }
 
     HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override {
         return answer("Storage.Load", script.withStorage, storage);
@@ -88,8 +94,8 @@ class PersistingServer : public Served<PersistingServer>,
         return found == script.results.end() ? S_OK : found->second;
     }
     template <class Medium>
-    static HRESULT answer(const std::string& call, const std::function<void(Medium*)>& work,
-                          Medium* medium) {
+    static HRESULT answer(const std::string& call, const std::function<void(Medium)>& work,
+                          Medium medium) {
         const HRESULT hr = answer(call);
         if (work) work(medium);
         return hr;

@@ -119,6 +119,24 @@ TEST_F(Persisting, IsAnErrorWhereTheServerCannotEvenSayWhatItOffers) {
         EXPECT_EQ(load(h), error);
     }
     EXPECT_EQ(folder.names(), std::vector<std::string>());
+    // One that lacks the first interface in such a way is asked for the next.
+    script.offered = {IID_IPersistStorage};
+    EXPECT_EQ(save(h), "");
+    EXPECT_EQ(load(h), "");
+}
+
+TEST_F(Persisting, GetsAStorageThatIsOpenedAsItsFileNeeds) {
+    script.offered = {IID_IPersistStorage};
+    DWORD mode = 0;
+    script.withStorage = [&](IStorage* root) {
+        STATSTG stat{};
+        EXPECT_EQ(root->Stat(&stat, STATFLAG_NONAME), S_OK);
+        mode = stat.grfMode;
+    };
+    EXPECT_EQ(save(h), "");
+    EXPECT_EQ(mode, DWORD{STGM_TRANSACTED | STGM_SHARE_EXCLUSIVE | STGM_READWRITE});
+    EXPECT_EQ(load(h), "");
+    EXPECT_EQ(mode, DWORD{STGM_TRANSACTED | STGM_SHARE_DENY_WRITE | STGM_READ});
 }
 
 TEST_F(Persisting, CanDoEverythingWithItsStorageUntilTheCallEnds) {
@@ -142,6 +160,17 @@ TEST_F(Persisting, CanDoEverythingWithItsStorageUntilTheCallEnds) {
         EXPECT_EQ(root->EnumElements(0, nullptr, 0, elements.put()), S_OK);
         kept = platform::queryInterface<IStorage>(root, IID_IStorage);
         EXPECT_TRUE(kept);
+        // What else a storage offers, here and elsewhere.
+        constexpr IID properties = {0x0000013A, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+        const auto offers = [&](IStorage* storage) {
+            return static_cast<bool>(platform::queryInterface<IUnknown>(storage, properties));
+        };
+        ComPtr<IStorage> copy;
+        ASSERT_EQ(StgCreateDocfile(folder.path("copy.bin").c_str(), mode, 0, copy.put()), S_OK);
+        EXPECT_EQ(offers(root), offers(copy.get()));
+        sub.reset();
+        EXPECT_EQ(root->CopyTo(0, nullptr, nullptr, copy.get()), S_OK);
+        EXPECT_EQ(copy->DestroyElement(OLESTR("renamed")), S_OK);
         EXPECT_FALSE(platform::queryInterface<IStream>(root, IID_IStream));
     };
     EXPECT_EQ(save(h), "");
@@ -224,7 +253,8 @@ class Failing : public Persisting {
             {"a fault", [] { sample::writeThroughNull(); }},
             {"an exception", [] { sample::throwException(); }},
         };
-        for (const IID& iid : {IID_IPersistStorage, IID_IPersistStreamInit, IID_IPersistStream})
+        for (const IID& iid :
+             {IID_IPersistFile, IID_IPersistStorage, IID_IPersistStreamInit, IID_IPersistStream})
             for (const auto& [name, end] : ends) {
                 SCOPED_TRACE(name);
                 succeedAgain(iid);
@@ -244,12 +274,15 @@ class Failing : public Persisting {
     void succeedAgain(const IID& iid) {
         script = {};
         script.offered = {iid};
+        script.withFile = [this](LPCOLESTR) { folder.write("a.bin", "the server's"); };
     }
 
     // What the server holds when it fails stays held.
     void failFromNowOn(const std::function<void()>& end) {
-        for (const char* call : {"Storage.Save", "Storage.Load", "Stream.Save", "Stream.Load"})
+        for (const char* call : {"File.Save", "File.Load", "Storage.Save", "Storage.Load",
+                                 "Stream.Save", "Stream.Load"})
             script.results[call] = E_FAIL;
+        script.withFile = [end](LPCOLESTR) { end(); };
         script.withStorage = [this, end](IStorage* given) {
             storage_ = ComPtr<IStorage>::borrow(given);
             given->CreateStream(OLESTR("half"), writing, 0, 0, stream_.put());

@@ -7,7 +7,6 @@
 namespace storage_test {
 namespace {
 
-constexpr std::size_t sectorSize = 512;
 constexpr std::uint32_t endOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t noEntry = 0xFFFFFFFF;
 constexpr std::uint32_t tableSector = 0xFFFFFFFD;
@@ -23,7 +22,7 @@ struct Entry {
     std::uint32_t right = noEntry;
     std::uint32_t child = noEntry;
     std::uint32_t start = endOfChain;
-    std::uint32_t size = 0;
+    std::uint64_t size = 0;
 };
 
 std::string entryBytes(const Entry& entry, std::size_t number) {
@@ -40,19 +39,22 @@ std::string entryBytes(const Entry& entry, std::size_t number) {
     put(bytes, 72, entry.right, 4);
     put(bytes, 76, entry.child, 4);
     put(bytes, 116, entry.start, 4);
-    put(bytes, 120, entry.size, 4);
+    put(bytes, 120, entry.size, 8);
     return bytes;
 }
 
-// A file with that directory, behind `dataSectors` sectors that form one chain from 0.
-std::string compoundFile(const std::vector<Entry>& entries, std::size_t dataSectors = 0) {
+// A file with that directory, behind `dataSectors` sectors that form one chain from 0. Of version 3
+// its sectors have 512 bytes, of version 4 4,096.
+std::string compoundFile(const std::vector<Entry>& entries, std::size_t dataSectors = 0,
+                         unsigned version = 3) {
+    const std::size_t sectorSize = version == 3 ? 512 : 4096;
     std::string directory;
     for (std::size_t i = 0; i < entries.size(); ++i)
         directory += entryBytes(entries[i], i);
     directory.resize((directory.size() + sectorSize - 1) / sectorSize * sectorSize);
     const std::size_t directorySectors = directory.size() / sectorSize;
     const std::size_t content = dataSectors + directorySectors;
-    const std::size_t tables = content / 127 + 1;
+    const std::size_t tables = content / (sectorSize / 4 - 1) + 1;
     EXPECT_LE(tables, 109u) << "more than the header alone can list";
 
     std::string table(tables * sectorSize, '\xFF');
@@ -63,9 +65,9 @@ std::string compoundFile(const std::vector<Entry>& entries, std::size_t dataSect
     std::string header(sectorSize, '\0');
     std::memcpy(header.data(), "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
     put(header, 24, 0x3E, 2);
-    put(header, 26, 3, 2);
+    put(header, 26, version, 2);
     put(header, 28, 0xFFFE, 2);
-    put(header, 30, 9, 2);
+    put(header, 30, version == 3 ? 9 : 12, 2);
     put(header, 32, 6, 2);
     put(header, 44, tables, 4);
     put(header, 48, dataSectors, 4);
@@ -105,9 +107,19 @@ class DamagedFile : public StorageTest {
 };
 
 TEST_F(DamagedFile, AWellMadeOneOfTheTestsIsRead) {
-    EXPECT_EQ(resultOf(compoundFile({{.type = 5, .child = 1}, {.start = 0, .size = 5000}}, 10)),
-              S_OK);
-    EXPECT_EQ(readEverything(open("damaged.bin").get()), 5000u);
+    for (const unsigned version : {3u, 4u}) {
+        const auto file = [&](std::uint64_t size) {
+            return compoundFile({{.type = 5, .child = 1}, {.start = 0, .size = size}}, 10, version);
+        };
+        EXPECT_EQ(resultOf(file(5000)), S_OK);
+        EXPECT_EQ(readStream(open("damaged.bin").get(), OLESTR("e1")), std::string(5000, 'd'));
+        // Sizes have 64 bits in version 4 alone; before, anything may stand in the upper ones.
+        EXPECT_EQ(resultOf(file(5000 + (1ull << 32))), version == 3 ? S_OK : STG_E_DOCFILECORRUPT);
+        // A version has the one size of sectors.
+        std::string other = file(5000);
+        put(other, 26, 7 - version, 2);
+        EXPECT_EQ(resultOf(other), STG_E_DOCFILECORRUPT);
+    }
 }
 
 // A root, and `count` entries alike that each lead to the next one.

@@ -38,6 +38,15 @@ TEST_F(StorageTest, AFileKeepsStreamsStoragesAndClasses) {
     }
 }
 
+// Smaller ones stand in another place of the file.
+TEST_F(StorageTest, StreamsAroundTheSizeOfSmallOnesAreKept) {
+    for (const std::size_t size : {4095u, 4096u, 4097u}) {
+        const std::string content = std::string(size - 3, 'x') + "end";
+        makeFile("a.bin", content);
+        EXPECT_EQ(readStream(open().get(), OLESTR("s")), content);
+    }
+}
+
 TEST_F(StorageTest, ATransactionIsKeptByCommitAlone) {
     makeFile("a.bin", "old");
     {
@@ -143,15 +152,33 @@ TEST_F(StorageTest, RefusesNamesThatNoElementCanHave) {
 
 TEST_F(StorageTest, AFileIsSharedAsItsOpenersSay) {
     makeFile("a.bin", "s");
-    {
-        const auto one = open("a.bin");
-        EXPECT_EQ(readStream(open("a.bin").get(), OLESTR("s")), "s");
-        EXPECT_TRUE(FAILED(openResult("a.bin", changing)));
-    }
-    {
-        const auto one = open("a.bin", changing);
-        EXPECT_TRUE(FAILED(openResult("a.bin")));
-    }
+    constexpr DWORD read = STGM_TRANSACTED | STGM_READ;
+    constexpr DWORD change = STGM_TRANSACTED | STGM_READWRITE;
+    constexpr DWORD write = STGM_TRANSACTED | STGM_WRITE;
+    struct Row {
+        DWORD one;
+        DWORD other;
+        bool together; // in either order
+    };
+    constexpr Row rows[] = {
+        {read | STGM_SHARE_DENY_NONE, change | STGM_SHARE_DENY_NONE, true},
+        {read | STGM_SHARE_DENY_WRITE, read | STGM_SHARE_DENY_WRITE, true},
+        {read | STGM_SHARE_DENY_WRITE, read | STGM_SHARE_DENY_NONE, true},
+        {read | STGM_SHARE_DENY_WRITE, change | STGM_SHARE_DENY_NONE, false},
+        {read | STGM_SHARE_DENY_WRITE, write | STGM_SHARE_DENY_NONE, false},
+        {read | STGM_SHARE_DENY_READ, read | STGM_SHARE_DENY_NONE, false},
+        {read | STGM_SHARE_DENY_READ, write | STGM_SHARE_DENY_NONE, true},
+        {write | STGM_SHARE_DENY_READ, change | STGM_SHARE_DENY_NONE, false},
+        {read | STGM_SHARE_EXCLUSIVE, read | STGM_SHARE_DENY_NONE, false},
+        {read | STGM_SHARE_EXCLUSIVE, write | STGM_SHARE_DENY_NONE, false},
+        {write | STGM_SHARE_EXCLUSIVE, write | STGM_SHARE_DENY_NONE, false},
+    };
+    for (const Row& row : rows)
+        for (const auto& [first, second] : {std::pair{row.one, row.other}, {row.other, row.one}}) {
+            const auto opened = open("a.bin", first);
+            EXPECT_EQ(SUCCEEDED(openResult("a.bin", second)), row.together)
+                << std::hex << first << ", then " << second;
+        }
     EXPECT_EQ(openResult("a.bin", changing), S_OK);
     EXPECT_TRUE(std::filesystem::remove(folder.file("a.bin")));
 }
