@@ -64,6 +64,8 @@ TEST_F(Get, MatchesNamesInAnyCaseAndByTheirBeginning) {
         {{"nam"}, "NAM", "'nam'"},
         {{"Ab", "Abc", "Abd"}, "ab", "'Ab'"},
         {{"Abc", "Abd", "Ab"}, "ab", "'Ab'"},
+        {{"Tag", "TAG"}, "tag", "'Tag'"}, // of two exact ones the first
+        {{"NAME"}, "NAME", "'first'"},
         {{"Abc", "Abd"}, "ab", ambiguous},
         {{"Abc", "Abd"}, "ABD", "'Abd'"},
         {{longName + "x"}, std::string(1024, 'A') + "y", "'" + longName + "x'"},
@@ -87,6 +89,27 @@ TEST_F(Get, MatchesNamesInAnyCaseAndByTheirBeginning) {
         const std::string error = errorOf([&] { found = get(object, text(row.asked)); });
         EXPECT_EQ(error.empty() ? found : error, row.found) << row.asked;
     }
+}
+
+// Has a name among its own that can't be folded.
+class Foreign : public Served<Foreign> {
+  public:
+    static constexpr const char* className = "Foreign";
+    static void declare(Builder& builder) {
+        for (const char* name : {"Before", "Gr\u00F6\u00DFe", "Behind"})
+            builder.property(name, &Foreign::value);
+    }
+    LONG value() { return 4; }
+};
+
+TEST_F(Get, LooksAtNamesUpToOneThatCannotBeFolded) {
+    const Array foreign = start<Foreign>("Test.Foreign");
+    EXPECT_EQ(get(foreign, text("BEFORE")), "4");
+    for (const char* name : {"Behind", "Bef", "Gr\u00F6\u00DFe", "none"})
+        EXPECT_EQ(errorIn(foreign, "get", text(name)), "VELMAR:internal") << name;
+    EXPECT_EQ(get(foreign), "(Before=4 Gr\u00F6\u00DFe=4 Behind=4)");
+    EXPECT_EQ(get(foreign, cell(text("Gr\u00F6\u00DFe"))), "{4}(1x1)");
+    EXPECT_EQ(plain(ask(1, foreign, "isprop", text("BEHIND")).get()), "1");
 }
 
 TEST_F(Get, SaysWhyAQueryIsRefused) {

@@ -141,6 +141,25 @@ TEST_F(WrappedInterface, WithoutTypeInformationAChainIsOfOneClassForEachMember) 
     EXPECT_EQ(described(wrapOf(named, end.c_str())), leafClass + "_" + end);
 }
 
+// Describes itself, but for who it is.
+class Nameless final : public kit::DispatchObject {
+  public:
+    Nameless() : DispatchObject(definition()) {}
+    static const kit::ClassDefinition& definition() {
+        static const auto made = kit::ClassBuilder<Nameless>("Nameless", CLSID{}, IID{})
+                                     .property("Number", &Nameless::number)
+                                     .build();
+        return *made;
+    }
+    LONG number() { return 7; }
+};
+
+TEST_F(WrappedInterface, WithoutAnIidItsClassIsThatOfItsMember) {
+    const Array object = wrap(kit::create<Nameless>().get(), {}, VT_DISPATCH, "Nobody");
+    EXPECT_EQ(described(object), "Interface.Nobody");
+    EXPECT_EQ(number(call(object, "Number", 1)[0].get()), 7);
+}
+
 TEST_F(WrappedInterface, ABusyServerGetsASecond) {
     const auto leaf = kit::create<Leaf>();
     const auto asked = [&] {
@@ -216,7 +235,8 @@ TEST_F(WrappedInterface, IsNamedByItsRegisteredNamesOrElseByItsIid) {
                  interfaceOf("05", "I", "04", "") + interfaceOf("06", "IGone", "02", "3.0") +
                  interfaceOf("07", "INoLib", "09", "") + interfaceOf("08", "IPart", "02", "2") +
                  registryKey("Interface\\" + iid + "09}", "IAlone") +
-                 interfaceOf("10", "A.B", "02", "") + interfaceOf("11", "IDot", "02", ".a"));
+                 interfaceOf("10", "A.B", "02", "") + interfaceOf("11", "IDot", "02", ".a") +
+                 interfaceOf("13", "ISheet", "01", "2.a"));
     const auto byIid = [&](const std::string& number) {
         std::string name = iid.substr(1) + number;
         std::replace(name.begin(), name.end(), '-', '_');
@@ -238,6 +258,12 @@ TEST_F(WrappedInterface, IsNamedByItsRegisteredNamesOrElseByItsIid) {
     };
     for (const auto& [number, expected] : rows)
         EXPECT_EQ(interfaceClassName(_bstr_t((iid + number + "}").c_str())), expected);
+    // Of two with one name the later goes by its IID, however often each is met.
+    for (int i = 0; i < 2; ++i)
+        for (const auto& [number, expected] :
+             {std::pair<std::string, std::string>{"01", "Sheet_Library_ISheet"},
+              {"13", byIid("13")}})
+            EXPECT_EQ(interfaceClassForIID(_bstr_t((iid + number + "}").c_str())), expected);
     EXPECT_EQ(interfaceClassName(_bstr_t("COM.A-B_Member")), "COM.A_B_Member");
     EXPECT_STREQ(static_cast<const char*>(sanitizeClassName(_bstr_t("a.b-c d"), false)), "a.b-c_d");
 }

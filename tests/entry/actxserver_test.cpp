@@ -148,9 +148,23 @@ TEST_F(ActXServer, SharesTheClassWithAServerThatItsOwnServerHasStarted) {
     Recursive::inner.reset();
 }
 
+// Says that it has an IDispatch, and hands out none.
+class EmptyHandedServer final : public Served<EmptyHandedServer> {
+  public:
+    static constexpr const char* className = "EmptyHanded";
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (iid != IID_IDispatch) return Served::QueryInterface(iid, object);
+        *object = nullptr;
+        return S_OK;
+    }
+};
+
 TEST_F(ActXServer, RefusesAServerWithoutIDispatch) {
-    EXPECT_EQ(errorOf([&] { start<ClosedServer>("Test.Closed"); }),
-              "VELMAR:COM:servercreationfailed");
+    const auto closed = describedErrorOf([&] { start<ClosedServer>("Test.Closed"); });
+    EXPECT_EQ(closed.identifier, "VELMAR:COM:servercreationfailed");
+    const auto empty = describedErrorOf([&] { start<EmptyHandedServer>("Test.EmptyHanded"); });
+    EXPECT_EQ(empty.identifier, "VELMAR:COM:servercreationfailed");
+    EXPECT_EQ(empty.text, closed.text);
 }
 
 // Neither before nor after another ProgID has taken the name of its class.
