@@ -44,7 +44,7 @@ Thrown thrown(HRESULT hr, const Record& record = {}, UINT argumentError = 0, UIN
     try {
         throwCOMError(hr, excepInfo, argumentError, argumentCount);
     } catch (const COMError& error) {
-        return {error.GetErrorId(), error.message().arguments.at(0).text,
+        return {error.GetErrorId(), std::get<std::u16string>(error.message().arguments.at(0)),
                 error.GetUnicodeMessageTxt()};
     }
 }
