@@ -1,7 +1,8 @@
 // A store of named values on one object: a struct in the added property "AppData".
 //
 // All four raise "VELMAR:class:InvalidHandle", and "VELMAR:COM:InvalidAppData" when a program has
-// put something else into that property or the server has one of that name. The store is made when it is first asked for.
+// put something else into that property or the server has one of that name. The store is made when
+// it is first asked for.
 #pragma once
 
 #include "builtins/builtin_declarations.h"

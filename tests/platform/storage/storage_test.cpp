@@ -167,7 +167,6 @@ TEST_F(StorageTest, AFileIsSharedAsItsOpenersSay) {
         {read | STGM_SHARE_DENY_WRITE, change | STGM_SHARE_DENY_NONE, false},
         {read | STGM_SHARE_DENY_WRITE, write | STGM_SHARE_DENY_NONE, false},
         {read | STGM_SHARE_DENY_READ, read | STGM_SHARE_DENY_NONE, false},
-        {read | STGM_SHARE_DENY_READ, write | STGM_SHARE_DENY_NONE, true},
         {write | STGM_SHARE_DENY_READ, change | STGM_SHARE_DENY_NONE, false},
         {read | STGM_SHARE_EXCLUSIVE, read | STGM_SHARE_DENY_NONE, false},
         {read | STGM_SHARE_EXCLUSIVE, write | STGM_SHARE_DENY_NONE, false},
