@@ -4,9 +4,12 @@
 #include "builtins/call_support.h"
 #include "builtins/host_call.h"
 #include "builtins/property_lookup.h"
+#include "classmodel/instance_record.h"
 #include "dispatch/call_by_name.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
+
+#include <boost/algorithm/string/trim.hpp>
 
 #include <optional>
 #include <utility>
@@ -25,15 +28,10 @@ unique_array valueOrMessage(const hxArray* objects, const char* name) {
     try {
         return readProperty(objects, 0, name);
     } catch (const ComError& error) {
-        return unique_array(hxCreateString(error.GetMessageTxt().c_str()));
+        // Texts of the system have line ends behind them.
+        const std::string text = boost::algorithm::trim_right_copy(error.GetMessageTxt());
+        return unique_array(hxCreateString(text.c_str()));
     }
-}
-
-// All errors of a query share one identifier; their texts tell them apart.
-[[noreturn]] void refuse(const hmsgcore::BaseMsgID& reason) {
-    using namespace hsys::i18n;
-    hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(
-        MessageCatalog::get_message(reason, HsysLocale::global())));
 }
 
 // The names of the object's class, which are taken down when they are first asked for.
@@ -51,17 +49,17 @@ std::optional<std::string> matchProperty(const ReadableNames& ofClass, hos::HOSI
         match.offer(property->getName());
     if (match.exact) return match.exact;
     if (match.isAmbiguous)
-        refuse(VELMAR::class_::AmbiguousPropertyException(*match.partial,
-                                                          object.getClass()->getName()));
+        refuseName(VELMAR::class_::AmbiguousPropertyException(*match.partial,
+                                                              object.getClass()->getName()));
     return match.partial;
 }
 
 std::vector<std::string> namesInCell(const hxArray* cell) {
-    if (hxGetClassID(cell) != hxCELL_CLASS) refuse(VELMAR::COM::InvalidGetSecondArg());
+    if (hxGetClassID(cell) != hxCELL_CLASS) refuseName(VELMAR::COM::InvalidGetSecondArg());
     std::vector<std::string> names;
     for (std::size_t i = 0; i < hxGetNumberOfElements(cell); ++i) {
         auto name = scalarText(hxGetCell(cell, i));
-        if (!name) refuse(VELMAR::COM::InvalidGetArgInCell());
+        if (!name) refuseName(VELMAR::COM::InvalidGetArgInCell());
         names.push_back(*std::move(name));
     }
     return names;
@@ -81,7 +79,8 @@ unique_array readExactly(const hxArray* objects, const hos::HOSInterfacePtr& obj
 
 void COMGet1MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount,
                                hos::HOSValue* outputs, std::int32_t, hos::HOSValue* inputs) {
-    const hos::HOSInterfacePtr object = firstObject(inputs);
+    const hxArray* objects = inputs[0].array();
+    const hos::HOSInterfacePtr object = requireValidHandle(&objects);
     // Names, since a server that is asked for one property may cause another to be deleted.
     const std::vector<std::string> added = namesOf(readableAddedProperties(*object));
     std::vector<const char*> names;
@@ -91,7 +90,7 @@ void COMGet1MethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCount
     unique_array values(hxCreateStructMatrix(1, 1, static_cast<int>(names.size()), names.data()));
     for (std::size_t i = 0; i < names.size(); ++i)
         hxSetFieldByNumber(values.get(), 0, static_cast<int>(i),
-                           valueOrMessage(inputs[0].array(), names[i]).release());
+                           valueOrMessage(objects, names[i]).release());
     giveOrShow(std::move(values), outputCount, outputs);
 }
 

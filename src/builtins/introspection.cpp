@@ -7,6 +7,7 @@
 #include "builtins/property_lookup.h"
 #include "classmodel/class_description.h"
 #include "conversion/arg_converter.h"
+#include "host/object_array.h"
 #include "host/output.h"
 
 namespace axlink2 {
@@ -26,7 +27,8 @@ bool hasPropertyInAnyCase(hos::HOSClass& owner, const std::string& name) {
 bool isProperty(std::int32_t inputCount, const hos::HOSValue* inputs) {
     const auto name = inputCount == 2 ? scalarText(inputs[1].array()) : std::nullopt;
     if (!name) return false;
-    const hos::HOSInterfacePtr object = firstObject(inputs);
+    const hos::HOSInterfacePtr object = hoGetArrayElement(inputs[0].array(), 0);
+    if (!object) return false;
     return findProperty(*object, *name) || hasPropertyInAnyCase(*object->getClass(), *name);
 }
 

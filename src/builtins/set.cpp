@@ -105,7 +105,11 @@ void setFromStruct(const hos::HOSInterfacePtr& object, const hxArray* values) {
 }
 
 void setFromCells(const hos::HOSInterfacePtr& object, const hxArray* names, const hxArray* values) {
-    for (std::size_t i = 0; i < hxGetNumberOfElements(names); ++i) {
+    const std::size_t count = hxGetNumberOfElements(names);
+    // Columns without rows hold nothing.
+    if (hxGetNumberOfElements(values) < count)
+        hmsgcore::raise(VELMAR::class_::BadParamValuePairs());
+    for (std::size_t i = 0; i < count; ++i) {
         const auto name = scalarText(hxGetCell(names, i));
         if (!name) hmsgcore::raise(VELMAR::class_::EmptyParamCell());
         setOneProperty(object, *name, hxGetCell(values, i));

@@ -5,7 +5,12 @@
 #include "comruntime/system_message.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
+#include "host/text.h"
 #include "platform/floating_point.h"
+
+#include <boost/format.hpp>
+
+#include <cstdint>
 
 namespace axlink2 {
 namespace {
@@ -51,8 +56,13 @@ void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
 }
 
 void raiseServerCreationFailed(HRESULT hr) {
+    std::u16string text = systemMessageText(hr);
+    if (text.empty()) {
+        const auto code = static_cast<std::uint32_t>(hr);
+        text = hsys::i18n::to_ustring((boost::format("error 0x%08X") % code).str());
+    }
     hmsgcore::raise("VELMAR:COM:servercreationfailed",
-                    VELMAR::COM::servercreationfailedSysMsg(systemMessageText(hr)));
+                    VELMAR::COM::servercreationfailedSysMsg(text));
 }
 
 } // namespace axlink2

@@ -15,7 +15,8 @@ HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleS
 void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
                           const platform::OleString& machine);
 
-// Raises "VELMAR:COM:servercreationfailed" with the system's text of `hr`.
+// Raises "VELMAR:COM:servercreationfailed" with the system's text of `hr`, or with the code where
+// the system has none.
 [[noreturn]] void raiseServerCreationFailed(HRESULT hr);
 
 } // namespace axlink2

@@ -1,4 +1,5 @@
 // The functions that the host itself has: disp, builtin and methods.
+#include "host/display.h"
 #include "host/functions.h"
 #include "host/host_messages.h"
 #include "host/live_class.h"
@@ -77,7 +78,10 @@ void methods(int outputCount, harray::unique_array* outputs, int inputCount,
     if (!owner) owner = findLiveClass(hos::internal::findInterned(nameOf(inputs[0]).c_str()));
     if (!owner)
         fail(keys::NotAnObject, std::string("methods"), std::string(hxGetClassName(inputs[0])));
-    const bool full = inputCount == 2 && nameOf(inputs[1]) == "-full";
+    const bool full = inputCount == 2;
+    if (full && nameOf(inputs[1]) != "-full")
+        fail(keys::UnknownOption, std::string("methods"), summaryText(inputs[1]),
+             std::string("'-full'"));
     if (outputCount == 0 && !full && classDisplay() && isLiveObject(inputs[0])) {
         hrtPuts(classDisplay()(inputs[0]).c_str());
         return;

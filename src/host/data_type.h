@@ -5,6 +5,7 @@
 #include "host/interface.h"
 #include "host/interned.h"
 #include "host/value.h"
+#include "platform/fold_case.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -151,7 +152,7 @@ class TypedEnumStringType : public HOSDataType {
     std::string name_;
     std::string description_;
     std::vector<std::pair<std::int64_t, std::string>> constants_;
-    std::map<std::string, std::int64_t> valuesByFoldedName_;
+    std::map<platform::OleString, std::int64_t, platform::LessNoCase> valuesByName_;
 };
 
 } // namespace hos

@@ -5,15 +5,6 @@
 #include <algorithm>
 
 namespace hos {
-namespace {
-
-std::string folded(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
-
-} // namespace
 
 TypedEnumStringType::TypedEnumStringType(const HOSDataTypePtr& base, const char* name,
                                          const char* description)
@@ -37,7 +28,7 @@ std::size_t TypedEnumStringType::getValueSize() const {
 
 void TypedEnumStringType::addValue(std::int64_t value, const char* name, const char*) {
     constants_.emplace_back(value, name ? name : "");
-    valuesByFoldedName_.try_emplace(folded(constants_.back().second), value);
+    valuesByName_.try_emplace(platform::toOle(constants_.back().second), value);
 }
 
 const char* TypedEnumStringType::valueName(HOSValue value) const {
@@ -47,12 +38,12 @@ const char* TypedEnumStringType::valueName(HOSValue value) const {
 }
 
 void TypedEnumStringType::valueOfName(HOSValue* out, const char* name) const {
-    const auto at = valuesByFoldedName_.find(folded(name ? name : ""));
-    if (at != valuesByFoldedName_.end()) *out = HOSValue::ofInteger(at->second);
+    const auto at = valuesByName_.find(platform::toOle(name ? name : ""));
+    if (at != valuesByName_.end()) *out = HOSValue::ofInteger(at->second);
 }
 
 bool TypedEnumStringType::hasName(const char* name) const {
-    return name && valuesByFoldedName_.contains(folded(name));
+    return name && valuesByName_.contains(platform::toOle(name));
 }
 
 const char* TypedEnumStringType::getTypeKind() const { return "enum"; }

@@ -69,6 +69,7 @@ TEST_F(Invoke, HandsMethodsToTheHostsOwnFunction) {
     EXPECT_NE(printed([&] { EXPECT_TRUE(call(h, "methods", 0).empty()); }).find("Add\n"),
               std::string::npos);
     EXPECT_EQ(errorOf([&] { call(h, "methods", 2); }), "VELMAR:maxlhs");
+    EXPECT_EQ(errorIn(h, "methods", text("-ful")), "VELMAR:UnknownOption");
 }
 
 TEST_F(Invoke, KnowsWhatIsAProperty) {
@@ -88,6 +89,7 @@ TEST_F(Invoke, KnowsWhatIsAProperty) {
         EXPECT_EQ(hxGetScalar(answer.get()) != 0, row.answer) << plain(row.name.get());
     }
     EXPECT_EQ(plain(ask(1, h, "isprop").get()), "0");
+    EXPECT_EQ(plain(ask(1, emptyArrayOf(h), "isprop", text("Name")).get()), "0");
     EXPECT_EQ(plain(ask(1, h, "isprop", text("Name"), text("Name")).get()), "0");
 }
 

@@ -92,6 +92,8 @@ TEST_F(Set, WritesInOrderAndKeepsWhatWasWrittenBeforeAnError) {
               "VELMAR:class:EmptyParamCell");
     EXPECT_EQ(setError(cell(text("Secret"), Array()), cell(scalar(22), scalar(23))),
               "VELMAR:class:EmptyParamCell");
+    EXPECT_EQ(setError(cell(text("Secret"), text("Width")), Array(hxCreateCellMatrix(0, 2))),
+              "VELMAR:class:BadParamValuePairs");
     EXPECT_EQ(setError(text("Name"), text("x"), text("Nothing"), scalar(1)), unknownName);
     EXPECT_EQ(now(), "{'x' 20 22}(1x3)");
 }

@@ -1,10 +1,12 @@
 // Failed calls as host errors: identifiers, texts, and what a fault in a server becomes.
 #include "comruntime/com_error.h"
+#include "comruntime/server_creation.h"
 #include "comruntime/system_message.h"
 #include "host/exception.h"
 #include "host/message_ids.h"
 #include "host/text.h"
 #include "support/alive_check.h"
+#include "support/errors.h"
 
 #include <functional>
 
@@ -151,6 +153,16 @@ TEST(COMErrorText, TakesTheCodeOfTheRecordForAnyFailureAndNothingFromAnInactiveO
     EXPECT_EQ(inactive.identifier, "VELMAR:COM:E2147614729");
     EXPECT_EQ(inactive.argument,
               catalogue(VELMAR::COM::DISP_E_EXCEPTION_ErrMsg(systemMessageText(DISP_E_EXCEPTION))));
+}
+
+TEST(COMErrorText, NamesTheCodeWhereTheSystemHasNoTextForAStartThatFailed) {
+    constexpr auto unknown = static_cast<HRESULT>(0x8004000FU);
+    ASSERT_TRUE(systemMessageText(unknown).empty());
+    const auto error = test::describedErrorOf([&] { raiseServerCreationFailed(unknown); });
+    EXPECT_EQ(error.identifier, "VELMAR:COM:servercreationfailed");
+    EXPECT_TRUE(error.text.ends_with(": error 0x8004000F")) << error.text;
+    EXPECT_EQ(catalogue(VELMAR::COM::DISP_E_default_ErrMsgErrCode("2A")),
+              u"The call failed with error 0x2A.");
 }
 
 } // namespace

@@ -150,19 +150,22 @@ TEST_F(Types, EnumerationsFindNamesWhateverTheirCase) {
     color->addValue(1, "Red", nullptr);
     color->addValue(-2, "Green", nullptr);
     color->addValue(1, "Rot", nullptr);
+    color->addValue(3, "Blässe Ж", nullptr);
     EXPECT_EQ(hos::TypedEnumStringType::createCaseInsensitiveInstance(base, "Color", nullptr),
               color);
     hos::HOSValue value;
     // An unknown name leaves the value.
-    for (const auto& [name, number] : {std::pair("gREEN", -2), {"ROT", 1}, {"Blue", 1}}) {
+    for (const auto& [name, number] :
+         {std::pair("gREEN", -2), {"ROT", 1}, {"Blue", 1}, {"BLÄSSE ж", 3}}) {
         color->valueOfName(&value, name);
         EXPECT_EQ(value.integer(), number) << name;
     }
     EXPECT_FALSE(color->hasName("Blue"));
-    EXPECT_STREQ(color->valueName(value), "Red");
+    EXPECT_STREQ(color->valueName(hos::HOSValue::ofInteger(1)), "Red");
     EXPECT_EQ(color->valueName(hos::HOSValue::ofInteger(9)), nullptr);
     hos::Enumeration<hos::HOSValue> values = color->getPossibleValues();
     EXPECT_EQ(values.nextElement().integer(), 1);
     EXPECT_EQ(values.nextElement().integer(), -2);
+    EXPECT_EQ(values.nextElement().integer(), 3);
     EXPECT_THROW(values.nextElement(), hos::ENoElements);
 }
