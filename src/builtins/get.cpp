@@ -34,6 +34,13 @@ unique_array valueOrMessage(const hxArray* objects, const char* name) {
     }
 }
 
+// All errors of a query share one identifier; their texts tell them apart.
+[[noreturn]] void refuse(const hmsgcore::BaseMsgID& reason) {
+    using namespace hsys::i18n;
+    hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(
+        MessageCatalog::get_message(reason, HsysLocale::global())));
+}
+
 // The names of the object's class, which are taken down when they are first asked for.
 const ReadableNames& namesOfClass(std::optional<ReadableNames>& known, hos::HOSInterface& object) {
     if (!known) known.emplace(*object.getClass());
@@ -49,17 +56,17 @@ std::optional<std::string> matchProperty(const ReadableNames& ofClass, hos::HOSI
         match.offer(property->getName());
     if (match.exact) return match.exact;
     if (match.isAmbiguous)
-        refuseName(VELMAR::class_::AmbiguousPropertyException(*match.partial,
-                                                              object.getClass()->getName()));
+        refuse(VELMAR::class_::AmbiguousPropertyException(*match.partial,
+                                                          object.getClass()->getName()));
     return match.partial;
 }
 
 std::vector<std::string> namesInCell(const hxArray* cell) {
-    if (hxGetClassID(cell) != hxCELL_CLASS) refuseName(VELMAR::COM::InvalidGetSecondArg());
+    if (hxGetClassID(cell) != hxCELL_CLASS) refuse(VELMAR::COM::InvalidGetSecondArg());
     std::vector<std::string> names;
     for (std::size_t i = 0; i < hxGetNumberOfElements(cell); ++i) {
         auto name = scalarText(hxGetCell(cell, i));
-        if (!name) refuseName(VELMAR::COM::InvalidGetArgInCell());
+        if (!name) refuse(VELMAR::COM::InvalidGetArgInCell());
         names.push_back(*std::move(name));
     }
     return names;

@@ -27,18 +27,10 @@ hos::HOSPropInfo* findProperty(hos::HOSInterface& object, const std::string& nam
     return hos::hosiToProp(*object.findProperty(&found, knownId(name.c_str())));
 }
 
-void refuseName(const hmsgcore::BaseMsgID& reason) {
-    using namespace hsys::i18n;
-    hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(
-        MessageCatalog::get_message(reason, HsysLocale::global())));
-}
-
 void requireClassProperty(hos::HOSClass& owner, const char* name) {
     hos::HOSInterfacePtr found;
-    if (*owner.findClassProperty(&found, knownId(name))) return;
-    hos::id classId;
-    refuseName(VELMAR::legacy_two_part::noSuchMethodOrField(std::string(name),
-                                                            owner.getID(&classId)->str()));
+    if (!*owner.findClassProperty(&found, knownId(name)))
+        hmsgcore::raise(VELMAR::COM::AmbiguousPropertyException(std::string(name)));
 }
 
 std::vector<hos::HOSPropInfo*> readableProperties(hos::HOSClass& owner) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "host/class.h"
-#include "host/message.h"
 
 #include <string>
 #include <vector>
@@ -12,11 +11,8 @@ namespace axlink2 {
 // The class's or added property of that exact name; null when there is none.
 hos::HOSPropInfo* findProperty(hos::HOSInterface& object, const std::string& name);
 
-// Raises "VELMAR:COM:AmbiguousPropertyException", the identifier that all errors about the names of
-// properties share, with the text of `reason`, which tells them apart.
-[[noreturn]] void refuseName(const hmsgcore::BaseMsgID& reason);
-
-// The same unless the class itself has the property.
+// Raises "VELMAR:COM:AmbiguousPropertyException" with the name unless the class itself has the
+// property.
 void requireClassProperty(hos::HOSClass& owner, const char* name);
 
 // The properties that a program sees and may read, in their order: a class's, and those that were

@@ -46,6 +46,14 @@ Texts readCatalogue(std::string_view rest) {
     return texts;
 }
 
+// What stands behind a key that has a text of its own for this kind of first argument.
+const char* variantOf(const hmsgcore::BaseMsgID& message) {
+    if (message.arguments.empty()) return "";
+    const hmsgcore::MessageArgument& first = message.arguments.front();
+    if (std::holds_alternative<std::string>(first)) return "@name";
+    return first == hmsgcore::MessageArgument(std::int64_t{0}) ? "@0" : "";
+}
+
 const Texts& catalogue() {
     static const Texts& texts = *new Texts(readCatalogue(velmar::catalogueText));
     return texts;
@@ -60,9 +68,7 @@ const HsysLocale& HsysLocale::global() {
 
 std::u16string MessageCatalog::get_message(const hmsgcore::BaseMsgID& message, const HsysLocale&) {
     const std::string key = message.component + ":" + message.key;
-    const bool isAtZero = !message.arguments.empty() &&
-                          message.arguments[0] == hmsgcore::MessageArgument(std::int64_t{0});
-    auto found = isAtZero ? catalogue().find(key + "@0") : catalogue().end();
+    auto found = catalogue().find(key + variantOf(message));
     if (found == catalogue().end()) found = catalogue().find(key);
     if (found == catalogue().end()) return platform::utf16FromUtf8(key);
     const std::u16string& text = found->second;
