@@ -43,6 +43,18 @@ class Quarry : public Served<Quarry> {
     Stone find() { return Stone(); }
 };
 
+enum class Metal : LONG {};
+
+class Mine : public Served<Mine> {
+  public:
+    static constexpr const char* className = "Mine";
+    static void declare(Builder& builder) {
+        builder.enumeration<Metal>("TestMetal", {{"Iron", 0}, {"Gold", 1}})
+            .method("Melt", &Mine::melt, {"metal"});
+    }
+    Metal melt(Metal metal) { return metal; }
+};
+
 struct Enumerations : ServerTest {
     Array object = start<Basket>("Test.Basket");
 
@@ -82,6 +94,16 @@ TEST_F(Enumerations, AreNumbersUnderAHostTypesNameAndBelongToTheFirstClassThatBr
     const auto same = call(quarry, "Same", 1, {scalar(1).get()});
     EXPECT_EQ(number(same[0].get()), 1.0);
     EXPECT_EQ(velmar::displayText(call(quarry, "Find", 1)[0].get()), "Apple\n");
+}
+
+TEST_F(Enumerations, AreFinishedAfterAPopulationThatFailedHalfway) {
+    const hos::HOSDataTypePtr base(internedId("int32 scalar"));
+    auto* begun =
+        hos::TypedEnumStringType::createCaseInsensitiveInstance(base, "TestMetal", nullptr);
+    begun->addValue(0, "Iron", nullptr); // there was no memory for the rest
+    const Array mine = start<Mine>("Test.Mine");
+    const auto melted = call(mine, "Melt", 1, {text("gold").get()});
+    EXPECT_EQ(velmar::displayText(melted[0].get()), "Gold\n");
 }
 
 } // namespace

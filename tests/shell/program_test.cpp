@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace velsh::test {
 
@@ -98,29 +96,6 @@ std::string sampleServer() {
            "' ";
 }
 
-TEST_F(Program, RunsTheFirstTour) {
-    const Outcome outcome =
-        run(sampleServer() + quoted(fs::path(VELSH_EXAMPLES) / "quickstart.vel"));
-    EXPECT_EQ(outcome.status, 0) << outcome.seen;
-    for (const char* line :
-         {"Compute(2) gives 5.\n", "17 / 5 is 3, remainder 2.\n", "Hello, world!\n",
-          "color = green\n", "Its value is 42 now.\n", "Its identifier is VELMAR:COM:E1000.\n"})
-        EXPECT_NE(outcome.seen.find(line), std::string::npos) << line << outcome.seen;
-}
-
-// Line by line what the examples' own records say.
-TEST_F(Program, ShowsWhatTheExamplesRecord) {
-    const fs::path examples = VELSH_EXAMPLES;
-    for (const std::string name : {"values", "builtins", "events", "persistence"}) {
-        std::ifstream recorded(examples / (name + ".out"), std::ios::binary);
-        const std::string expected((std::istreambuf_iterator<char>(recorded)), {});
-        const Outcome outcome = run(sampleServer() + quoted(examples / (name + ".vel")));
-        EXPECT_EQ(outcome.status, 0);
-        EXPECT_FALSE(expected.empty());
-        EXPECT_EQ(outcome.seen, expected);
-    }
-}
-
 TEST_F(Program, SetsTheOptionsOfTheModule) {
     const auto runs = [&](const std::string& code) {
         return run(sampleServer() + "-e \"h = actxserver('Sample.Server.1'); " + code + "\"").seen;
@@ -143,18 +118,6 @@ TEST_F(Program, CallsAClassToMakeAnObject) {
                              "disp(h.Compute(2)), disp(COM.Sample_Server_1('server', '', "
                              "'IDispatch').Compute(2))";
     EXPECT_EQ(run(sampleServer() + "-e \"" + code + "\"").seen, "5\n5\n");
-}
-
-TEST_F(Program, DescribesTheClassOfAServer) {
-    const Outcome outcome = run(sampleServer() + "--describe Sample.Server.1");
-    EXPECT_EQ(outcome.status, 0) << outcome.seen;
-    const std::string& seen = outcome.seen;
-    EXPECT_TRUE(seen.starts_with("COM.Sample_Server_1\n\nMethods\n")) << seen;
-    for (const char* part :
-         {"Greet([unicodeString name])", "\nProperties\n", " Count ", "\nEvents\n",
-          "EventID 2  Renamed(unicodeString OldName, unicodeString NewName)\n", "\nEnumerations\n",
-          " crimson  -1\n", "\nBuilt-in methods\n"})
-        EXPECT_NE(seen.find(part), std::string::npos) << part << seen;
 }
 
 } // namespace velsh::test
