@@ -40,8 +40,11 @@ void showObject(const std::string& name, const hxArray* object) {
 
 void Interpreter::run(const Block& program) {
     // At the outermost level there is no loop to leave.
-    for (const Statement& statement : program)
+    for (const Statement& statement : program) {
+        numbers_.putBack(); // as a server may have left them otherwise
         runStatement(statement);
+        velmar::flushOutput();
+    }
 }
 
 Interpreter::Flow Interpreter::runBlock(const Block& block) {

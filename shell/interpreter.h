@@ -1,6 +1,7 @@
 // Running the statements of a program.
 #pragma once
 
+#include "platform/floating_point.h"
 #include "shell/ast.h"
 #include "shell/evaluator.h"
 
@@ -8,7 +9,8 @@ namespace velsh {
 
 class Interpreter {
   public:
-    // Runs a program; what fails is raised, and `position` says where.
+    // Runs a program; what fails is raised, and `position` says where. What each of its statements
+    // printed is written out when it has run; that it can't be is an error of the statement.
     void run(const Block& program);
 
     Variables& variables() { return variables_; }
@@ -33,6 +35,7 @@ class Interpreter {
     Variables variables_;
     Evaluator evaluator_{variables_};
     Position position_;
+    const platform::FloatingPointState numbers_;
 };
 
 // Prints "name = value", or the name and the lines of the value.

@@ -1,6 +1,7 @@
 // velsh: tries and scripts Automation servers.
 #include "host/embedding.h"
 #include "platform/console.h"
+#include "platform/guarded_call.h"
 #include "platform/registry_files.h"
 #include "shell/completion.h"
 #include "shell/console.h"
@@ -12,6 +13,7 @@
 #include <boost/dll/runtime_symbol_info.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <sstream>
 
 namespace {
@@ -67,9 +69,23 @@ bool runSession(const Options& options, bool hasCode) {
     return velsh::runConsole(session, *reader);
 }
 
-} // namespace
+bool endsByItself = false;
 
-int main(int argc, char** argv) {
+// The program ends from here alone: a server that calls exit has lost what was under way.
+void reportForeignEnd() {
+    if (endsByItself) return;
+    velsh::reportError("velsh: A server ended the program.");
+    std::_Exit(1);
+}
+
+// What is left to do at the end is what servers have asked for; a fault there changes nothing.
+[[noreturn]] void leave(int status) {
+    endsByItself = true;
+    platform::guarded([status] { std::exit(status); });
+    std::_Exit(status);
+}
+
+int run(int argc, char** argv) {
     CLI::App app("Tries and scripts Automation servers.", "velsh");
     Options options;
     addOptions(app, options);
@@ -82,7 +98,7 @@ int main(int argc, char** argv) {
         const int status = app.exit(end, output, errors);
         platform::writeText(stdout, output.str());
         platform::writeText(stderr, errors.str());
-        return status;
+        return platform::flushText(stdout) ? status : 1;
     }
     try {
         start(options);
@@ -93,10 +109,18 @@ int main(int argc, char** argv) {
     try {
         if (app.count("--describe") == 0) return runSession(options, app.count("-e") > 0) ? 0 : 1;
         platform::writeText(stdout, velsh::describeServer(options.progId));
+        velmar::flushOutput();
         return 0;
     } catch (...) {
         velsh::reportError("velsh: " +
                            velsh::errorLine(velmar::describeError(std::current_exception())));
         return 1;
     }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::atexit(reportForeignEnd);
+    leave(run(argc, argv));
 }

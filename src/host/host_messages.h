@@ -20,6 +20,7 @@
     KEY("VELMAR", NoMatchingSignature, "VELMAR:NoMatchingSignature", 2)                            \
     KEY("VELMAR", TooManyOutputs, "VELMAR:maxlhs", 2)                                              \
     KEY("VELMAR", UnknownOption, "VELMAR:UnknownOption", 3)                                        \
+    KEY("VELMAR", OutputLost, "VELMAR:OutputLost", 0)                                              \
     KEY("VELMAR:array", NullArray, "VELMAR:array:NullArray", 1)                                    \
     KEY("VELMAR:array", WrongArrayClass, "VELMAR:array:WrongClass", 2)                             \
     KEY("VELMAR:array", NoSuchClass, "VELMAR:array:NoSuchClass", 1)                                \

@@ -3,6 +3,7 @@
 
 #include "host/embedding.h"
 #include "host/exception.h"
+#include "host/host_messages.h"
 #include "platform/console.h"
 #include "platform/text.h"
 
@@ -45,6 +46,10 @@ int quietScopes = 0;
 
 QuietWarnings::QuietWarnings() { ++quietScopes; }
 QuietWarnings::~QuietWarnings() { --quietScopes; }
+
+void flushOutput() {
+    if (!platform::flushText(stdout)) fail(keys::OutputLost);
+}
 
 void setOutput(std::function<void(std::string_view)> next) {
     writer() = std::make_shared<const Writer>(next ? std::move(next) : writeToStandardOutput);

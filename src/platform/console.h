@@ -10,4 +10,8 @@ namespace platform {
 // takes whatever its code page, elsewhere as it is, buffered as the stream is.
 void writeText(std::FILE* stream, std::string_view text);
 
+// Whether all that was written to the stream so far has arrived. The next question is about what is
+// written from now on.
+bool flushText(std::FILE* stream);
+
 } // namespace platform

@@ -5,14 +5,16 @@
 
 namespace platform {
 
-// Puts back at the end what there was: rounding, exceptions that end the program, small numbers
-// taken for zero.
+// Puts back, at the end at the latest, what there was: rounding, exceptions that end the program,
+// small numbers taken for zero.
 class FloatingPointState {
   public:
     FloatingPointState() { std::fegetenv(&state_); }
     FloatingPointState(const FloatingPointState&) = delete;
     FloatingPointState& operator=(const FloatingPointState&) = delete;
-    ~FloatingPointState() { std::fesetenv(&state_); }
+    ~FloatingPointState() { putBack(); }
+
+    void putBack() const { std::fesetenv(&state_); }
 
   private:
     std::fenv_t state_;

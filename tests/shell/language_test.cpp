@@ -1,6 +1,8 @@
 // The language: what programs print.
 #include "shell/run_source.h"
 
+#include <cfenv>
+
 namespace velsh::test {
 
 TEST(Language, ValuesAreShownUnlessASemicolonEndsTheStatement) {
@@ -158,6 +160,13 @@ TEST(Language, FunctionsAnswer) {
         {"n = fieldnames(struct('b', 1, 'a', 2)); disp(n{1})", "b\n"},
         {"tic; t = toc; disp(num2str(t >= 0 && t < 60))", "1\n"},
     });
+}
+
+// What a call has done to the processor's rounding is over with its statement.
+TEST(Language, RoundsAsEverAfterEachStatement) {
+    velmar::defineFunction("roundUp", [](auto...) { std::fesetround(FE_UPWARD); });
+    SourceRunner runner;
+    EXPECT_EQ(runner.run("roundUp()\nfprintf('%.17g', 1/3)"), "0.33333333333333331");
 }
 
 } // namespace velsh::test

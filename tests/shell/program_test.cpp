@@ -32,8 +32,8 @@ class Program : public testing::Test {
     static std::string quoted(const fs::path& path) { return "'" + path.string() + "'"; }
 
     Outcome run(const std::string& arguments) const {
-        const std::string command = "XDG_DATA_HOME=" + quoted(folder_.file("data")) + " " +
-                                    VELSH_PROGRAM + " " + arguments + " 2>&1 </dev/null";
+        const std::string command = "{ XDG_DATA_HOME=" + quoted(folder_.file("data")) + " " +
+                                    VELSH_PROGRAM + " " + arguments + "; } 2>&1 </dev/null";
         Outcome outcome{-1, {}};
         FILE* pipe = popen(command.c_str(), "r");
         if (!pipe) return outcome;
@@ -94,6 +94,36 @@ TEST_F(Program, RunsCodeAndFilesAndReportsTheFirstError) {
 std::string sampleServer() {
     return "--classes '" + (fs::path(VELSH_PROGRAM).parent_path() / "sample_server.reg").string() +
            "' ";
+}
+
+TEST_F(Program, SaysWhenItsOutputIsLost) {
+    for (const std::string arguments : {"-e 'disp(1)'", "--help", "--describe Sample.Server.1"}) {
+        const std::string all = sampleServer() + arguments;
+        EXPECT_EQ(run(all + " >/dev/full").status, 1) << all;
+        EXPECT_EQ(run(all + " >&-").status, 1) << all;
+    }
+    EXPECT_NE(run("-e 'disp(1), 2' >/dev/full").seen.find("VELMAR:OutputLost"), std::string::npos);
+    EXPECT_EQ(run("-e 'x = 2;' >/dev/full").status, 0);
+}
+
+// A server that ends the program, or faults as it ends, hides nothing of what has been printed.
+TEST_F(Program, OutlivesWhatServersDoToItsEnd) {
+    const auto withServer = [&](const std::string& hostility) {
+        const std::string id = "{6F1C0C0E-3A52-4D0B-9A53-0102030405FF}";
+        const std::string key = "\n[HKEY_CLASSES_ROOT\\";
+        const fs::path file = write(hostility + ".reg",
+                                    "REGEDIT4\n" + key + "Test.Hostile\\CLSID]\n@=\"" + id +
+                                        "\"\n" + key + "CLSID\\" + id + "\\InprocServer32]\n@=\"" +
+                                        HOSTILE_LIBRARY + hostility + ".so\"\n");
+        return run("--classes " + quoted(file) +
+                   " -e \"disp(1)\ntry, actxserver('Test.Hostile'); catch, end\ndisp(1/3)\"");
+    };
+    const Outcome left = withServer("leave");
+    EXPECT_EQ(left.status, 1);
+    EXPECT_EQ(left.seen, "1\nvelsh: A server ended the program.\n");
+    const Outcome crashed = withServer("crashAtEnd");
+    EXPECT_EQ(crashed.status, 0);
+    EXPECT_EQ(crashed.seen, "1\n0.33333\n");
 }
 
 TEST_F(Program, SetsTheOptionsOfTheModule) {
