@@ -6,6 +6,10 @@ execute_process(
     ERROR_VARIABLE output)
 string(REPLACE "\r" "" output "${output}")
 file(READ ${EXPECTED} expected)
+# What the system says of a code is its own.
+foreach(text output expected)
+    string(REGEX REPLACE "ActiveX VT_ERROR: [^']*" "ActiveX VT_ERROR: " ${text} "${${text}}")
+endforeach()
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "Ended with ${status}:\n${output}")
 endif()

@@ -12,6 +12,8 @@ void writeText(std::FILE* stream, std::string_view text) {
     DWORD mode = 0;
     if (!GetConsoleMode(console, &mode)) {
         std::fwrite(text.data(), 1, text.size(), stream);
+        // Some C libraries there buffer it in pipes, so that warnings come behind later output.
+        if (stream == stderr) std::fflush(stream);
         return;
     }
     std::fflush(stream);
