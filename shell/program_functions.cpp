@@ -84,15 +84,21 @@ Values axlinkoptionFunction(const Call& call) {
 // A path for a file that isn't there, in the system's folder for such files.
 Values tempnameFunction(const Call&) {
     std::random_device random;
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("velsh-" + std::to_string(random()) + std::to_string(random()));
+    std::filesystem::path path;
+    do {
+        path = std::filesystem::temp_directory_path() /
+               ("velsh-" + std::to_string(random()) + std::to_string(random()));
+    } while (std::filesystem::exists(path));
     const std::u8string text = path.generic_u8string();
     return {charText(std::string(text.begin(), text.end()))};
 }
 
 void deleteFile(const std::string& name) {
+    const std::filesystem::path path = platform::pathOf(platform::toOle(name));
     std::error_code error;
-    if (!std::filesystem::remove(platform::pathOf(platform::toOle(name)), error))
+    if (std::filesystem::is_directory(path, error))
+        raise("delete", "\"" + name + "\" is a folder: only files are deleted.");
+    if (!std::filesystem::remove(path, error))
         raise("delete", "\"" + name + "\" can't be deleted" +
                             (error ? ": " + error.message() : " as it isn't there") + ".");
 }

@@ -56,8 +56,9 @@ void COMSetappdataMethodInfo::invoke(const hos::HOSClient*, std::uint32_t*, hos:
                                      std::int32_t, hos::HOSValue* inputs) {
     const hos::HOSInterfacePtr object = liveObject(inputs);
     if (!object) return;
-    hxArray* const store = hxUnshareShallow(appDataStruct(*object));
+    // First, as it may share what the store holds.
     unique_array value(hxCreateSharedDataCopy(inputs[2].array()));
+    hxArray* const store = hxUnshareShallow(appDataStruct(*object));
     exchangeField(store, hxAddFieldToStruct(store, nameIn(inputs)), std::move(value));
 }
 

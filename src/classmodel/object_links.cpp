@@ -18,7 +18,7 @@ LinkKey ChildLinks::add(const hos::HOSInterfacePtr& object) {
     if (links_.size() >= sweepAt_) {
         // Objects that have ended leave their links behind.
         std::erase_if(links_, [](const auto& link) { return !link.second; });
-        sweepAt_ = std::max(sweepAt_, 2 * links_.size());
+        sweepAt_ = std::max<std::size_t>(8, 2 * links_.size());
     }
     const LinkKey key = nextKey();
     links_.try_emplace(links_.end(), key, object, hos::HOSReferenceType::Weak);

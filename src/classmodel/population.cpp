@@ -7,6 +7,8 @@
 #include "dispatch/method_info.h"
 #include "dispatch/property_info.h"
 #include "events/event_info.h"
+#include "host/exception.h"
+#include "host/message_ids.h"
 
 #include <memory>
 
@@ -59,6 +61,8 @@ void COMBaseClassInfo::populateClass(hos::HOSClass* target, void* extra) {
     // What an attempt that failed has left.
     eventsByDispid.clear();
     eventDescriptors.clear();
+    // Asked for without an object, after an attempt that failed: the next object brings a server.
+    if (!server) hmsgcore::raise(VELMAR::COM::invalidmethodname());
     addSuperclasses(target);
     addBuiltins(target, everyClassBuiltins());
     const auto description = COMTypeDescription::ofServer(server);

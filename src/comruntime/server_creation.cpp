@@ -15,7 +15,8 @@
 namespace axlink2 {
 namespace {
 
-// What a library that is loaded, or a server that starts, may leave changed for the whole process.
+// What a library that is loaded, or a server that starts, may leave changed: rounding for the
+// thread, handlers for the process.
 class ProcessState {
   public:
     ProcessState() = default;
@@ -46,12 +47,11 @@ HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleS
     return SUCCEEDED(answer) && !*out ? E_NOINTERFACE : answer;
 }
 
-void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
-                          const platform::OleString& machine) {
-    HRESULT hr = createServerDispatch(clsid, dispatchSlot, machine);
+void createInstanceServer(IDispatch** out, const CLSID& clsid, const platform::OleString& machine) {
+    HRESULT hr = createServerDispatch(clsid, out, machine);
     // A server may have left the thread's apartment once more than it had entered it.
     if (hr == CO_E_NOTINITIALIZED && SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
-        hr = createServerDispatch(clsid, dispatchSlot, machine);
+        hr = createServerDispatch(clsid, out, machine);
     if (FAILED(hr)) raiseServerCreationFailed(hr);
 }
 

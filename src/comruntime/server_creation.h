@@ -10,10 +10,9 @@ namespace axlink2 {
 // success `*out` holds one reference that is the caller's.
 HRESULT createServerDispatch(const CLSID& clsid, IDispatch** out, platform::OleString machine);
 
-// The same into the `dispatch` of an object's record, on a thread that is brought back into its
+// The same for an object whose class is known, on a thread that is brought back into its
 // apartment where it has left it; a failure raises "VELMAR:COM:servercreationfailed".
-void createInstanceServer(IDispatch** dispatchSlot, const CLSID& clsid,
-                          const platform::OleString& machine);
+void createInstanceServer(IDispatch** out, const CLSID& clsid, const platform::OleString& machine);
 
 // Raises "VELMAR:COM:servercreationfailed" with the system's text of `hr`, or with the code where
 // the system has none.

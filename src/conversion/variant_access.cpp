@@ -1,6 +1,7 @@
 // Changing a VARIANT's type on the way to the host.
 #include "conversion/variant_access.h"
 
+#include "platform/guarded_call.h"
 #include "platform/holders.h"
 
 namespace axlink2 {
@@ -15,20 +16,26 @@ void ReadAs::change(const VARIANT& v, VARTYPE target) {
     value_ = &copy_;
 }
 
+namespace {
+
+constexpr bool isCode(int vt) {
+    return vt == VT_ERROR || vt == VT_HRESULT || vt == VT_I4 || vt == VT_UI4;
+}
+
+} // namespace
+
 LONG codeOf(const VARIANT& v) {
-    const bool isReference = v.vt & VT_BYREF;
-    if (!isReference || v.byref) {
-        switch (v.vt & ~VT_BYREF) {
-        case VT_ERROR:
-        case VT_HRESULT:
-        case VT_I4:
-        case VT_UI4:
-            return isReference ? *v.plVal : v.lVal;
-        case VT_VARIANT:
-            if (isReference && v.pvarVal->vt != v.vt) return codeOf(*v.pvarVal);
-        }
+    if (isCode(v.vt)) return v.lVal;
+    if (v.vt == (VT_BYREF | VT_VARIANT)) {
+        platform::ScopedVariant referred;
+        const HRESULT hr = platform::copyReferred(*referred.inOut(), v);
+        if (FAILED(hr)) _com_issue_error(hr);
+        return codeOf(referred.get());
     }
-    return ReadAs(v, VT_I4)->lVal;
+    if (!(v.vt & VT_BYREF) || !isCode(v.vt & ~VT_BYREF)) return ReadAs(v, VT_I4)->lVal;
+    LONG code = 0;
+    if (platform::guarded([&] { code = *v.plVal; })) _com_issue_error(E_POINTER);
+    return code;
 }
 
 } // namespace axlink2

@@ -9,6 +9,10 @@
 
 namespace axlink2 {
 
+[[noreturn, gnu::cold, gnu::noinline]] inline void raiseNoServer() {
+    hmsgcore::raise(VELMAR::COM::invalidmethodname());
+}
+
 // `guardedInvoke` with the arguments in `params`; the result goes to `*result`, unless that is
 // null. Raises the error of a failed call, "VELMAR:COM:invalidmethodname" without server. Inline,
 // since every member call passes through it.
@@ -22,7 +26,7 @@ namespace axlink2 {
         guardedInvoke(server, dispid, LOCALE_USER_DEFAULT, flags, &params,
                       result ? result->inOut() : nullptr, &excepInfo.info, &argumentError);
     if (SUCCEEDED(hr)) return;
-    if (!server) hmsgcore::raise(VELMAR::COM::invalidmethodname());
+    if (!server) raiseNoServer();
     if (result) (void)result->detach(); // an out-parameter of a failed call is not to be trusted
     throwCOMError(hr, excepInfo, argumentError, argumentCount);
 }

@@ -76,13 +76,13 @@ void COMIDispMethodInfo::invoke(const hos::HOSClient*, std::uint32_t* outputCoun
     const hxArray* objects = inputs[0].array();
     const hos::HOSInterfacePtr handle = requireValidHandle(&objects);
     hos::HOSInterface* const object = handle;
-    const COMInstanceRecord* record = recordOf(object);
-
     COMCallArguments call(arguments, takesAnyNumber() ? static_cast<std::size_t>(inputCount) : 0);
     call.fill(inputCount, inputs);
     // A call that asks for nothing still delivers its first output.
     if (*outputCount < 1 && (hasResult() || call.outputCount() > 0)) *outputCount = 1;
 
+    // Only now, as objects among the arguments were counted, for which their servers ran.
+    const COMInstanceRecord* record = recordOf(object);
     platform::ScopedVariant result;
     DISPPARAMS params = call.params();
     invokeOrThrow(record ? record->dispatch : nullptr, dispid, invokeKind, params, &result);

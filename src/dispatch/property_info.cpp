@@ -57,7 +57,8 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
     platform::ScopedVariant result;
     DISPPARAMS params{};
     invokeOrThrow(server, dispid, DISPATCH_PROPERTYGET, params, &result);
-    if ((result->vt & ~VT_BYREF) == VT_ERROR && converter->vartype != VT_ERROR)
+    const bool holdsCodes = converter->vartype == VT_ERROR || converter->vartype == VT_HRESULT;
+    if ((result->vt & ~VT_BYREF) == VT_ERROR && !holdsCodes)
         throwCOMError(codeOf(result.get()), COMExcepInfo(false), 0, 0);
     *out = propertyValue(*converter, *result.inOut(), object, name.c_str());
     return out;
@@ -65,12 +66,12 @@ hos::HOSValue* COMIDispPropInfo::getValue(hos::HOSValue* out, hos::HOSInterface*
 
 void COMIDispPropInfo::setValue(hos::HOSInterface* object, hos::HOSValue hostValue) {
     if (converter->vartype == VT_VOID) hmsgcore::raise(VELMAR::COM::invalidargumenttype());
-    IDispatch* server = serverOf(object);
     platform::ScopedVariant backing; // of a value that goes by reference
     platform::ScopedVariant value;
     converter->toVariant(hostValue, value.inOut(), backing.inOut(), false);
     if (platform::ownsContent(value->vt)) converter->retainForPut(value.inOut());
 
+    IDispatch* server = serverOf(object); // only now, as the value's own server may have run
     const WORD flags =
         access & DISPATCH_PROPERTYPUT ? DISPATCH_PROPERTYPUT : DISPATCH_PROPERTYPUTREF;
     DISPID named = DISPID_PROPERTYPUT;

@@ -58,7 +58,7 @@ void endPool(void* ending) {
 }
 
 // Holds the thread's pool; null before the thread is known and after its end.
-using PoolSlot = platform::ThreadSlot<endPool>;
+using PoolSlot = platform::ThreadSlot<Pool, endPool>;
 
 Pool* beginPool() {
     auto made = std::unique_ptr<Pool>(new (std::nothrow) Pool);

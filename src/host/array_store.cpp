@@ -290,7 +290,7 @@ class WaitingEnds {
     }
 
   private:
-    using Slot = platform::ThreadSlot<+[](void*) {}>;
+    using Slot = platform::ThreadSlot<WaitingEnds>;
 
     hxArray* first_ = nullptr;
 };

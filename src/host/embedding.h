@@ -93,8 +93,8 @@ harray::unique_array createFunctionHandle(std::string text, Function function);
 const Function* functionOfHandle(const hxArray* array); // null for anything else
 const std::string& textOfHandle(const hxArray* array);
 
-// Writes out what has been printed to standard output. Raises "VELMAR:OutputLost" when not all of it
-// arrived.
+// Writes out what has been printed to standard output. Raises "VELMAR:OutputLost" when not all of
+// it arrived.
 void flushOutput();
 
 // Where `hrtPuts` and `disp` write, and where warnings go; by default standard output and error.

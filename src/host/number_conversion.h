@@ -1,5 +1,5 @@
-// Numbers as other numbers: to nearest, halves away from zero, saturated. The only rounding of
-// values there is, so that a number is the same integer wherever it becomes one.
+// Numbers as other numbers: to nearest, halves away from zero, saturated. The only rounding of the
+// host's values, so that a number is the same integer wherever it becomes one.
 #pragma once
 
 #include <cmath>

@@ -9,10 +9,11 @@
 
 namespace platform {
 
-// Null until it is set, and again when the thread ends and `atEnd` gets what it was. More than a
+// Null until it is set, and again when the thread ends and `atEnd`, if there is one, gets what it
+// was. More than a
 // thread_local with a destructor: that one takes several times as long on Windows, and not
 // everywhere does the memory of thread_locals outlive their destructors.
-template <void (*atEnd)(void*)>
+template <class Tag, void (*atEnd)(void*) = nullptr>
 class ThreadSlot {
   public:
 #ifdef _WIN32
@@ -22,7 +23,8 @@ class ThreadSlot {
 
   private:
     static void NTAPI end(void* value) {
-        if (value) atEnd(value);
+        if constexpr (atEnd != nullptr)
+            if (value) atEnd(value);
     }
     static DWORD index() {
         static const DWORD the = FlsAlloc(end);
@@ -31,9 +33,11 @@ class ThreadSlot {
 #else
     static void* get() { return value_; }
     static bool set(void* value) {
-        static pthread_key_t key;
-        static const bool hasKey = pthread_key_create(&key, end) == 0;
-        if (!hasKey || pthread_setspecific(key, value) != 0) return false;
+        if constexpr (atEnd != nullptr) {
+            static pthread_key_t key;
+            static const bool hasKey = pthread_key_create(&key, end) == 0;
+            if (!hasKey || pthread_setspecific(key, value) != 0) return false;
+        }
         value_ = value;
         return true;
     }
@@ -41,7 +45,7 @@ class ThreadSlot {
   private:
     static void end(void* value) {
         value_ = nullptr;
-        atEnd(value);
+        if constexpr (atEnd != nullptr) atEnd(value);
     }
     static constinit inline thread_local void* value_ [[gnu::tls_model("initial-exec")]] = nullptr;
 #endif

@@ -3,6 +3,7 @@
 
 #include "platform/guarded_call.h"
 
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -40,8 +41,11 @@ void endElement(VARIANT& element, Ending& pending) {
         element.vt = VT_EMPTY;
         release(element.punkVal);
     } else if ((element.vt & VT_ARRAY) && !(element.vt & VT_BYREF) && element.parray) {
-        pending.push_back(element.parray);
-        element.vt = VT_EMPTY;
+        try {
+            pending.push_back(element.parray);
+            element.vt = VT_EMPTY;
+        } catch (const std::bad_alloc&) { // then the system ends it, deep as it may be
+        }
     }
 }
 

@@ -47,6 +47,7 @@ class Unusual : public Served<Unusual> {
         gives("Numbers", kit::safeArrayOf(VT_R8), INVOKE_FUNC);
         gives("PropUnknown", VT_UNKNOWN, INVOKE_PROPERTYGET);
         gives("PropError", VT_ERROR, INVOKE_PROPERTYGET);
+        gives("PropCode", VT_HRESULT, INVOKE_PROPERTYGET);
         gives("PropValue", VT_VARIANT, INVOKE_PROPERTYGET);
     }
 
@@ -169,6 +170,7 @@ TEST_F(UnusualTypes, ResultsAreWhatTheServerGaveWhateverItDeclared) {
         {"PropUnknown", variant(VT_I4, 5).get(), nothing},
         {"PropError", variant(VT_ERROR, code).get(), failed},
         {"PropError", reference(VT_ERROR, &code).get(), failed},
+        {"PropCode", variant(VT_ERROR, 5).get(), "int32 5"},
     };
     for (const Row& row : rows) {
         Unusual::given = row.given;

@@ -5,6 +5,7 @@
 #include <cfenv>
 #include <csignal>
 #include <cstdlib>
+#include <initializer_list>
 #include <xmmintrin.h>
 
 namespace {

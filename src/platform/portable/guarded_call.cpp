@@ -32,47 +32,45 @@ struct ThreadState {
     Frame* innermost;
     std::uintptr_t stackLow;
     bool prepared;
-    bool passingOn;
+    std::uintptr_t passingOn; // the frame of passOn that is at work
 };
 constinit thread_local ThreadState threadState [[gnu::tls_model("initial-exec")]] = {};
 
 struct HandledSignal {
     int number;
-    struct sigaction previous;
+    struct sigaction first;    // what was there before the guard
+    struct sigaction previous; // what was there when the guard was put back last
 };
 std::array<HandledSignal, 4> handledSignals{
-    {{SIGSEGV, {}}, {SIGBUS, {}}, {SIGFPE, {}}, {SIGILL, {}}}};
+    {{SIGSEGV, {}, {}}, {SIGBUS, {}, {}}, {SIGFPE, {}, {}}, {SIGILL, {}, {}}}};
 
-void endOnRepetition(int number, bool sent) {
-    // The instruction runs again and faults again, this time for good.
-    signal(number, SIG_DFL);
-    if (sent) {
-        raise(number);
+void give(const struct sigaction& handler, int number, siginfo_t* info, void* context) {
+    const bool sent = info->si_code <= 0;
+    if ((handler.sa_flags & SA_SIGINFO) != 0) {
+        handler.sa_sigaction(number, info, context);
+    } else if (handler.sa_handler == SIG_DFL || (handler.sa_handler == SIG_IGN && !sent)) {
+        // The instruction runs again and faults again, this time for good.
+        signal(number, SIG_DFL);
+        if (sent) {
+            raise(number);
+        }
+    } else if (handler.sa_handler != SIG_IGN) {
+        handler.sa_handler(number);
     }
 }
 
-// Gives the signal to whoever handled it before, or lets it end the process as it would have.
+// Gives the signal to whoever handled it before, or lets it end the process as it would have. Who
+// took the signal over from the guard, and had it taken back, may pass it on to the guard again:
+// then it is for who was there first. One that left by a jump has left no frame around this one.
 void passOn(int number, siginfo_t* info, void* context) {
-    // Whoever took the signal over from us, and had it taken back, passes it on to us again.
-    if (std::exchange(threadState.passingOn, true)) {
-        endOnRepetition(number, info->si_code <= 0);
-        return;
-    }
+    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    const bool again = frame < std::exchange(threadState.passingOn, frame);
     for (const HandledSignal& handled : handledSignals) {
-        if (handled.number != number) {
-            continue;
-        }
-        const struct sigaction& previous = handled.previous;
-        const bool sent = info->si_code <= 0;
-        if ((previous.sa_flags & SA_SIGINFO) != 0) {
-            previous.sa_sigaction(number, info, context);
-        } else if (previous.sa_handler == SIG_DFL || (previous.sa_handler == SIG_IGN && !sent)) {
-            endOnRepetition(number, sent);
-        } else if (previous.sa_handler != SIG_IGN) {
-            previous.sa_handler(number);
+        if (handled.number == number) {
+            give(again ? handled.first : handled.previous, number, info, context);
         }
     }
-    threadState.passingOn = false;
+    threadState.passingOn = 0;
 }
 
 std::uintptr_t stackPointer(const void* context) {
@@ -170,6 +168,7 @@ class HandlerStack {
 
 // Where they aren't installed; what is there comes to be the one before.
 void installHandlers() {
+    static bool areInstalled = false;
     for (HandledSignal& handled : handledSignals) {
         struct sigaction current {};
         sigaction(handled.number, nullptr, &current);
@@ -177,12 +176,16 @@ void installHandlers() {
             continue;
         }
         handled.previous = current;
+        if (!areInstalled) {
+            handled.first = current;
+        }
         struct sigaction action {};
         action.sa_sigaction = handle;
         action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER;
         sigemptyset(&action.sa_mask);
         sigaction(handled.number, &action, nullptr);
     }
+    areInstalled = true;
 }
 
 [[gnu::noinline]] void prepareThread() {

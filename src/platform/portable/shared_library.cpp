@@ -1,6 +1,8 @@
 // Shared libraries through the system's dynamic linker.
 #include "platform/shared_library.h"
 
+#include "platform/guarded_call.h"
+
 #include <dlfcn.h>
 
 namespace platform {
@@ -13,7 +15,13 @@ void* (*volatile openLibrary)(const char*, int) = dlopen;
 } // namespace
 
 void SharedLibrary::open(const std::filesystem::path& absolute) {
-    handle_.reset(openLibrary(absolute.c_str(), RTLD_NOW | RTLD_LOCAL));
+    const char* const path = absolute.c_str();
+    void* handle = nullptr;
+    if (guarded([&] { handle = openLibrary(path, RTLD_NOW | RTLD_LOCAL); })) {
+        error_ = absolute.string() + ": a constructor of the library failed";
+        return;
+    }
+    handle_.reset(handle);
     if (!handle_) {
         const char* reason = dlerror();
         error_ = reason ? reason : absolute.string() + ": cannot be opened";

@@ -16,7 +16,7 @@ struct Call {
 };
 
 // The innermost region of the thread in which the frames outside it don't count.
-using InnermostRegion = ThreadSlot<+[](void*) {}>;
+using InnermostRegion = ThreadSlot<UnguardedRegion>;
 
 void runCall(Call* call) {
     try {
@@ -59,21 +59,21 @@ axlink2AfterFault:
 )");
 
 extern "C" [[gnu::used]] EXCEPTION_DISPOSITION axlink2HandleFault(EXCEPTION_RECORD* record,
-                                                                  void* frame, CONTEXT*,
+                                                                  void* frame, CONTEXT* context,
                                                                   DISPATCHER_CONTEXT* dispatcher) {
     constexpr DWORD unwinding = EXCEPTION_UNWINDING | EXCEPTION_EXIT_UNWIND |
                                 EXCEPTION_TARGET_UNWIND | EXCEPTION_COLLIDED_UNWIND;
     // Servers raise codes of all kinds. Only the compiler's own exceptions find their way without
     // it: those thrown, unwound and forced.
-    constexpr DWORD firstOwn = 0x20474343;
-    constexpr DWORD lastOwn = 0x22474343;
     const DWORD code = record->ExceptionCode;
-    if ((record->ExceptionFlags & unwinding) != 0 || (code >= firstOwn && code <= lastOwn))
-        return ExceptionContinueSearch;
+    const bool isOwn = code == 0x20474343 || code == 0x21474343 || code == 0x22474343;
+    if ((record->ExceptionFlags & unwinding) != 0 || isOwn) return ExceptionContinueSearch;
 
-    // The stack grows down: a region that began later lies below.
-    const void* region = platform::InnermostRegion::get();
-    if (region && region < frame) return ExceptionContinueSearch;
+    // The stack grows down: a region that began later lies below, and one that foreign unwinding
+    // has passed by below where the stack ends.
+    const auto region = reinterpret_cast<DWORD64>(platform::InnermostRegion::get());
+    if (region >= context->Rsp && region < reinterpret_cast<DWORD64>(frame))
+        return ExceptionContinueSearch;
 
     platform::Call* call = *reinterpret_cast<platform::Call**>(static_cast<char*>(frame) + 40);
     const bool hasAddress = code == EXCEPTION_ACCESS_VIOLATION && record->NumberParameters >= 2;
@@ -94,6 +94,7 @@ void prepareThread() {
     // Not thread_local, which this compiler makes slow.
     static const DWORD prepared = TlsAlloc();
     if (TlsGetValue(prepared)) return;
+    InnermostRegion::get(); // which the handler must not be the first to ask for
     ULONG size = handlersStack;
     SetThreadStackGuarantee(&size);
     TlsSetValue(prepared, &size); // any address but null
