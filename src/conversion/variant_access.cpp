@@ -34,7 +34,7 @@ LONG codeOf(const VARIANT& v) {
     }
     if (!(v.vt & VT_BYREF) || !isCode(v.vt & ~VT_BYREF)) return ReadAs(v, VT_I4)->lVal;
     LONG code = 0;
-    if (platform::guarded([&] { code = *v.plVal; })) _com_issue_error(E_POINTER);
+    if (!v.plVal || platform::guarded([&] { code = *v.plVal; })) _com_issue_error(E_POINTER);
     return code;
 }
 

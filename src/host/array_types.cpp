@@ -154,12 +154,12 @@ class ClassType final : public ArrayType {
 
 HostType* makeClassType(hos::id classId) { return new ClassType(classId); }
 
-std::vector<HostType*> makeHostTypes() {
-    std::vector<HostType*> types;
+std::vector<std::unique_ptr<HostType>> makeHostTypes() {
+    std::vector<std::unique_ptr<HostType>> types;
     for (const ArrayRule& rule : arrayRules)
-        types.push_back(new RuledArrayType(rule));
+        types.push_back(std::make_unique<RuledArrayType>(rule));
     for (const char* name : {"meta.property", "event.EventData"})
-        types.push_back(makeClassType(hos::internal::makeInterned(name)));
+        types.push_back(std::make_unique<ClassType>(hos::internal::makeInterned(name)));
     addScalarTypes(types);
     return types;
 }

@@ -6,6 +6,6 @@
 namespace velmar {
 
 // Appends the types of one number and of one text.
-void addScalarTypes(std::vector<HostType*>& types);
+void addScalarTypes(std::vector<std::unique_ptr<HostType>>& types);
 
 } // namespace velmar

@@ -155,19 +155,20 @@ class AsciiStringType final : public TextType {
 
 } // namespace
 
-void addScalarTypes(std::vector<HostType*>& types) {
-    types.insert(types.end(), {new ScalarType<double, hxDOUBLE_CLASS>("double scalar"),
-                               new ScalarType<float, hxSINGLE_CLASS>("single scalar"),
-                               new ScalarType<bool, hxLOGICAL_CLASS>("logical scalar"),
-                               new ScalarType<std::int8_t, hxINT8_CLASS>("int8 scalar"),
-                               new ScalarType<std::uint8_t, hxUINT8_CLASS>("uint8 scalar"),
-                               new ScalarType<std::int16_t, hxINT16_CLASS>("int16 scalar"),
-                               new ScalarType<std::uint16_t, hxUINT16_CLASS>("uint16 scalar"),
-                               new ScalarType<std::int32_t, hxINT32_CLASS>("int32 scalar"),
-                               new ScalarType<std::uint32_t, hxUINT32_CLASS>("uint32 scalar"),
-                               new ScalarType<std::int64_t, hxINT64_CLASS>("int64 scalar"),
-                               new ScalarType<std::uint64_t, hxUINT64_CLASS>("uint64 scalar"),
-                               new UnicodeStringType, new AsciiStringType});
+void addScalarTypes(std::vector<std::unique_ptr<HostType>>& types) {
+    types.push_back(std::make_unique<ScalarType<double, hxDOUBLE_CLASS>>("double scalar"));
+    types.push_back(std::make_unique<ScalarType<float, hxSINGLE_CLASS>>("single scalar"));
+    types.push_back(std::make_unique<ScalarType<bool, hxLOGICAL_CLASS>>("logical scalar"));
+    types.push_back(std::make_unique<ScalarType<std::int8_t, hxINT8_CLASS>>("int8 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::uint8_t, hxUINT8_CLASS>>("uint8 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::int16_t, hxINT16_CLASS>>("int16 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::uint16_t, hxUINT16_CLASS>>("uint16 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::int32_t, hxINT32_CLASS>>("int32 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::uint32_t, hxUINT32_CLASS>>("uint32 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::int64_t, hxINT64_CLASS>>("int64 scalar"));
+    types.push_back(std::make_unique<ScalarType<std::uint64_t, hxUINT64_CLASS>>("uint64 scalar"));
+    types.push_back(std::make_unique<UnicodeStringType>());
+    types.push_back(std::make_unique<AsciiStringType>());
 }
 
 } // namespace velmar

@@ -41,9 +41,9 @@ class HostType : public hos::HOSDataType, public hos::HOSTypeConversion {
     [[noreturn]] void failMisfit(const hxArray& array) const;
 };
 
-// The types that every host has: arrays, objects, text and scalars. The caller owns them.
-std::vector<HostType*> makeHostTypes();
-// The type of the objects of a class.
+// The types that every host has: arrays, objects, text and scalars.
+std::vector<std::unique_ptr<HostType>> makeHostTypes();
+// The type of the objects of a class. The caller owns it.
 HostType* makeClassType(hos::id classId);
 
 // Entries are made once for each name and never move or end.

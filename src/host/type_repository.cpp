@@ -16,9 +16,11 @@ struct Repository {
     std::map<std::pair<hos::id, hos::id>, std::unique_ptr<hos::HOSTypeConversion>> conversions;
     hos::id any = hos::internal::makeInterned("any");
 
+    std::vector<std::unique_ptr<HostType>> ownTypes = makeHostTypes();
+
     Repository() {
-        for (HostType* type : makeHostTypes())
-            setHostType(entry(hos::internal::makeInterned(type->getName())), type);
+        for (const auto& type : ownTypes)
+            setHostType(entry(hos::internal::makeInterned(type->getName())), type.get());
     }
 
     TypeEntry& entry(hos::id name) {
