@@ -68,7 +68,9 @@ TEST_F(HostileValues, ThatCannotBeCopiedOrChangedLeaveNothing) {
     EXPECT_EQ(to.vt, VT_EMPTY);
     EXPECT_TRUE(FAILED(platform::changeVariant(to, held.get(), VT_I4)));
     EXPECT_EQ(to.vt, VT_EMPTY);
-    for (int copies = 0; copies < 2; ++copies) // which were counted
+    // What was counted before it failed; how often differs between systems.
+    const auto& counted = *static_cast<const Hostile*>(held->pdispVal);
+    while (counted.references() > 1)
         platform::guarded([&] { held->pdispVal->Release(); });
 }
 
