@@ -3,6 +3,10 @@
 
 #include <cfenv>
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 namespace platform {
 
 // Puts back, at the end at the latest, what there was: rounding, exceptions that end the program,
@@ -14,10 +18,18 @@ class FloatingPointState {
     FloatingPointState& operator=(const FloatingPointState&) = delete;
     ~FloatingPointState() { putBack(); }
 
-    void putBack() const { std::fesetenv(&state_); }
+    void putBack() const {
+        std::fesetenv(&state_);
+#ifdef __SSE__
+        _mm_setcsr(control_);
+#endif
+    }
 
   private:
     std::fenv_t state_;
+#ifdef __SSE__
+    const unsigned control_ = _mm_getcsr(); // which not every C library keeps in its state
+#endif
 };
 
 } // namespace platform
