@@ -1,4 +1,4 @@
-// Few names are sought one after the other, many by an index.
+// Few names are sought one after the other, many that were added by an index.
 #include "host/field_names.h"
 
 #include <algorithm>
@@ -10,10 +10,8 @@ constexpr std::size_t few = 16;
 
 } // namespace
 
-FieldNames::FieldNames(std::vector<std::string> names) : names_(std::move(names)) { index(0); }
-
-int FieldNames::find(const std::string& name) const {
-    if (names_.size() > few) {
+int FieldNames::find(std::string_view name) const {
+    if (isIndexed_) {
         const auto found = numbers_.find(name);
         return found == numbers_.end() ? -1 : found->second;
     }
@@ -23,17 +21,15 @@ int FieldNames::find(const std::string& name) const {
 
 void FieldNames::add(const std::string& name) {
     names_.push_back(name);
+    if (names_.size() <= few) return;
     try {
-        index(names_.size() > few + 1 ? names_.size() - 1 : 0);
+        for (std::size_t i = isIndexed_ ? names_.size() - 1 : 0; i < names_.size(); ++i)
+            numbers_.try_emplace(names_[i], static_cast<int>(i));
+        isIndexed_ = true;
     } catch (...) {
         names_.pop_back();
         throw;
     }
-}
-
-void FieldNames::index(std::size_t first) {
-    for (std::size_t i = first; names_.size() > few && i < names_.size(); ++i)
-        numbers_.try_emplace(names_[i], static_cast<int>(i));
 }
 
 } // namespace harray::detail
